@@ -1,0 +1,53 @@
+# What every target of ours has in common: language, warnings, sanitizers, and where things are built.
+include(GNUInstallDirs)
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+# The build tree is laid out like the installed one, so a program finds its neighbours the same way in both.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(ORVALEN_LIBEXEC_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/libexec/orvalen")
+set(ORVALEN_TEST_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+
+find_package(Threads REQUIRED)
+
+function(orvalen_common target)
+    target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual
+        $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local -Wduplicated-cond -Wlogical-op>)
+    if(ORVALEN_SANITIZE)
+        target_compile_options(${target} PRIVATE -fsanitize=${ORVALEN_SANITIZE} -fno-omit-frame-pointer
+            -fno-sanitize-recover=all)
+        target_link_options(${target} PUBLIC -fsanitize=${ORVALEN_SANITIZE})
+    endif()
+endfunction()
+
+# orvalen_library(name SOURCES... )
+function(orvalen_library name)
+    add_library(${name} STATIC ${ARGN})
+    orvalen_common(${name})
+endfunction()
+
+# orvalen_test(name SOURCES... [LIBRARIES ...] [LABELS ...]): one GoogleTest binary, each of its cases a test of its own.
+function(orvalen_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS;ENVIRONMENT")
+    find_package(GTest REQUIRED)
+    include(GoogleTest)
+    add_executable(${name} ${arg_SOURCES})
+    orvalen_common(${name})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${ORVALEN_TEST_OUTPUT_DIRECTORY}")
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest Threads::Threads)
+    if(NOT TARGET orvalen_gtest_main)
+        add_library(orvalen_gtest_main INTERFACE)
+        target_link_libraries(orvalen_gtest_main INTERFACE GTest::gtest_main)
+    endif()
+    target_link_libraries(${name} PRIVATE orvalen_gtest_main)
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}" ENVIRONMENT "${arg_ENVIRONMENT}")
+endfunction()

@@ -1,0 +1,132 @@
+#include "core/ControlledPulse.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/Clock.h"
+#include "platform/Dispatch.h"
+#include "platform/GraphicsCopies.h"
+#include "platform/Processors.h"
+
+namespace orvalen {
+
+int spinnerCount(int activeProcessors)
+{
+    return std::clamp(activeProcessors - 2, 2, 4);
+}
+
+double pulseProgress(double start, double target, double current)
+{
+    const double fraction = (current - start) / (target - start);
+    return fraction >= 0.0 ? std::min(fraction, 1.0) : 0.0;
+}
+
+bool shouldStopHeating(double target, const SystemThermalData &reading, std::chrono::duration<double> elapsed)
+{
+    return target <= reading.bridgeTemp || target + 2.0 <= reading.pmuTemp || !(elapsed <= ControlledPulse::timeOut);
+}
+
+void spin(const EngineAtomicFlag &flag)
+{
+    while (flag.value()) {
+    }
+}
+
+void copyGraphicsMemory(GraphicsQueue &queue, const EngineAtomicFlag &flag)
+{
+    const auto a = queue.makeBuffer(ControlledPulse::graphicsBufferBytes);
+    const auto b = queue.makeBuffer(ControlledPulse::graphicsBufferBytes);
+    while (flag.value()) {
+        if (a && b)
+            queue.copy(*a, *b, ControlledPulse::graphicsBufferBytes);
+    }
+}
+
+void ControlledPulse::start(Means means, double targetTemp, ThermalEngine::ProgressCallback progress,
+                            ThermalEngine::CompletionCallback completion)
+{
+    const std::shared_ptr<ControlledPulse> pulse(
+        new ControlledPulse(std::move(means), targetTemp, std::move(progress), std::move(completion)));
+    try {
+        // First the guard, then what it guards.
+        pulse->means.dispatch.concurrentlyAfter(deadMan, [pulse] { pulse->end(); });
+        pulse->means.dispatch.concurrently(QualityOfService::userInitiated, [pulse] { pulse->supervise(); });
+    } catch (...) { // no thread to be had: a pulse that never heats
+        pulse->end();
+    }
+}
+
+ControlledPulse::ControlledPulse(Means means, double targetTemp, ThermalEngine::ProgressCallback progress,
+                                 ThermalEngine::CompletionCallback completion)
+    : means(std::move(means)), targetTemp(targetTemp), progress(std::move(progress)), completion(std::move(completion))
+{
+}
+
+void ControlledPulse::supervise()
+{
+    try {
+        heat();
+    } catch (...) { // no thread for a worker: end what has been started
+    }
+    end();
+}
+
+void ControlledPulse::heat()
+{
+    const double startTemp = sample().bridgeTemp;
+    currentTemp = startTemp;
+    if (targetTemp <= startTemp)
+        return;
+
+    startWorkers();
+    const auto startTime = means.clock.now();
+    do {
+        means.clock.sleepFor(samplingInterval);
+        const auto reading = sample();
+        currentTemp = reading.bridgeTemp;
+        reportProgress(pulseProgress(startTemp, targetTemp, reading.bridgeTemp));
+        if (shouldStopHeating(targetTemp, reading, means.clock.now() - startTime))
+            flag->setValue(false);
+    } while (flag->value());
+}
+
+void ControlledPulse::startWorkers()
+{
+    if (std::shared_ptr<GraphicsQueue> queue = means.graphicsCopies.openDefaultQueue()) {
+        means.dispatch.concurrently(QualityOfService::userInteractive,
+                                    [queue, flag = flag] { copyGraphicsMemory(*queue, *flag); });
+    }
+    spinners = means.dispatch.makeConcurrentQueue("orvalen.pulse");
+    for (int i = spinnerCount(means.processors.activeCount()); i > 0; --i)
+        spinners->run([flag = flag] { spin(*flag); });
+}
+
+SystemThermalData ControlledPulse::sample() const
+{
+    try {
+        return means.readSensors();
+    } catch (...) {
+        return {};
+    }
+}
+
+void ControlledPulse::reportProgress(double fraction)
+{
+    const std::lock_guard guard(reporting);
+    if (ended)
+        return;
+    // The temperature is read when the task runs: the main thread shows the newest there is.
+    means.dispatch.onMain(
+        [self = shared_from_this(), fraction] { self->progress(self->currentTemp, fraction); });
+}
+
+void ControlledPulse::end()
+{
+    flag->setValue(false);
+    const std::lock_guard guard(reporting);
+    if (std::exchange(ended, true))
+        return;
+    means.dispatch.onMain([self = shared_from_this(), finalTemp = currentTemp.load()] { self->completion(finalTemp); });
+}
+
+} // namespace orvalen

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <chrono>
+
+namespace orvalen {
+
+/// Time as the rules see it. Any thread.
+class Clock
+{
+public:
+    virtual ~Clock() = default;
+
+    /// Time since a fixed, unspecified instant. Never jumps back, is not moved by setting the wall clock, and goes on
+    /// counting while the machine is suspended.
+    [[nodiscard]] virtual std::chrono::nanoseconds now() const = 0;
+
+    /// Blocks the calling thread for at least `duration`. Never called on the main thread.
+    virtual void sleepFor(std::chrono::nanoseconds duration) = 0;
+};
+
+} // namespace orvalen

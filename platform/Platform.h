@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/Clock.h"
+#include "platform/Dispatch.h"
+#include "platform/GraphicsCopies.h"
+#include "platform/InputIdleTime.h"
+#include "platform/Notifications.h"
+#include "platform/PowerSources.h"
+#include "platform/Processors.h"
+#include "platform/SettingsStore.h"
+#include "platform/Sounds.h"
+#include "platform/TemperatureSensors.h"
+#include "platform/UrlOpener.h"
+
+namespace orvalen {
+
+/// One machine: an implementation of each service. The entry point fills it and installs it once, before anything asks
+/// a `shared()`; it is never destroyed, because background threads may use it until the process ends.
+struct Platform
+{
+    std::unique_ptr<Clock> clock;
+    std::unique_ptr<Dispatch> dispatch;
+    std::unique_ptr<Processors> processors;
+    std::unique_ptr<TemperatureSensors> temperatureSensors;
+    std::unique_ptr<PowerSources> powerSources;
+    std::unique_ptr<InputIdleTime> inputIdleTime;
+    std::unique_ptr<GraphicsCopies> graphicsCopies;
+    std::unique_ptr<SettingsStore> settings;
+    std::unique_ptr<Sounds> sounds;
+    std::unique_ptr<Notifications> notifications;
+    std::unique_ptr<UrlOpener> urls;
+
+    /// Main thread. Installing twice, or a platform with a service missing, is a programming error and aborts.
+    static void install(Platform platform);
+
+    /// The installed platform; aborts when there is none.
+    [[nodiscard]] static Platform &installed();
+};
+
+} // namespace orvalen

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/Clock.h"
+#include "platform/Dispatch.h"
+
+namespace orvalen::test {
+
+/// A clock and its queues in which thirty days take seconds. Everything runs on the test's own thread, in order of
+/// virtual time: a task that sleeps lets the others run meanwhile, nested in its sleep.
+///
+/// Two consequences: only one sleeping task at a time keeps its exact rhythm, and `advance` may overshoot while a task
+/// sleeps in it; what shall happen in mid-pulse is scheduled beforehand with `at`. Tasks that load the machine (user
+/// interactive ones, and those of a private queue) never sleep; they are kept in `heaters` and not run.
+class VirtualWorld : public Clock, public Dispatch
+{
+public:
+    std::chrono::nanoseconds now() const override { return time; }
+    void sleepFor(std::chrono::nanoseconds duration) override { advance(duration); }
+
+    void onMain(Task task) override { at(time, std::move(task)); }
+    void onMainAfter(std::chrono::milliseconds delay, Task task) override { at(time + delay, std::move(task)); }
+    std::unique_ptr<RepeatingTask> repeatOnMain(std::chrono::milliseconds period, Task task) override;
+    void concurrently(QualityOfService quality, Task task) override;
+    void concurrentlyAfter(std::chrono::milliseconds delay, Task task) override { at(time + delay, std::move(task)); }
+    std::unique_ptr<ConcurrentQueue> makeConcurrentQueue(const std::string &label) override;
+
+    /// Runs `task` at that moment of virtual time.
+    void at(std::chrono::nanoseconds moment, Task task) { events.emplace(moment, std::move(task)); }
+
+    /// Runs everything that is due within `duration` and leaves the clock there.
+    void advance(std::chrono::nanoseconds duration);
+
+    /// Runs what is due now.
+    void settle() { advance(std::chrono::nanoseconds::zero()); }
+
+    /// Ends everything that is under way, such as a pulse: runs until nothing but repeating tasks is left.
+    void runUntilIdle();
+
+    [[nodiscard]] std::size_t pendingEvents() const { return events.size(); }
+
+    struct Heater
+    {
+        std::string queue; ///< Label of the private queue; empty for the global one.
+        Task task;
+    };
+    std::vector<Heater> heaters;
+    bool threadsExhausted = false; ///< Makes every request for a background thread throw.
+
+private:
+    class Repetition;
+    class HeaterQueue;
+    bool runNext(std::chrono::nanoseconds until);
+
+    std::chrono::nanoseconds time{0};
+    std::multimap<std::chrono::nanoseconds, Task> events; // equal keys keep their order of insertion
+    int repetitions = 0;
+};
+
+} // namespace orvalen::test
