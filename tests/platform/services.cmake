@@ -15,3 +15,9 @@ target_link_libraries(settings_writer PRIVATE orvalen_platform_qt)
 orvalen_test(settings_store_qt_test SOURCES SettingsStoreQtTest.cpp LIBRARIES orvalen_platform_qt)
 target_compile_definitions(settings_store_qt_test PRIVATE SETTINGS_WRITER="$<TARGET_FILE:settings_writer>")
 add_dependencies(settings_store_qt_test settings_writer)
+
+# Only the software driver, whatever hardware the machine has.
+file(GLOB software_vulkan_driver /usr/share/vulkan/icd.d/lvp_icd.*.json)
+orvalen_test(graphics_copies_vulkan_test SOURCES GraphicsCopiesVulkanTest.cpp
+    LIBRARIES orvalen_platform_linux_graphics
+    ENVIRONMENT "VK_ICD_FILENAMES=${software_vulkan_driver}")
