@@ -20,7 +20,8 @@ function(orvalen_common target)
         $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local -Wduplicated-cond -Wlogical-op>)
     if(ORVALEN_SANITIZE)
         target_compile_options(${target} PRIVATE -fsanitize=${ORVALEN_SANITIZE} -fno-omit-frame-pointer
-            -fno-sanitize-recover=all)
+            -fno-sanitize-recover=all
+            $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>) # gcc 12 raises false alarms in instrumented code
         target_link_options(${target} PUBLIC -fsanitize=${ORVALEN_SANITIZE})
     endif()
 endfunction()

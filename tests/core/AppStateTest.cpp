@@ -397,8 +397,7 @@ TEST_F(Warmup, followsThePulse)
     make();
     state->triggerWarmup();
     std::vector<std::string> diary;
-    const auto temperature =
-        state->currentPulseTemp.subscribe([&](double) { diary.emplace_back("temperature"); });
+    const auto temperature = state->currentPulseTemp.subscribe([&](double) { diary.emplace_back("temperature"); });
     const auto progress = state->warmupProgress.subscribe([&](double) { diary.emplace_back("progress"); });
     diary.clear();
     engine.reportProgress(38.0, 0.5);
@@ -421,8 +420,7 @@ TEST_F(Warmup, endsWithChimeNotificationAndAFreshReading)
     EXPECT_EQ(machine.sensors.reads, reads + 1);
     EXPECT_EQ(state->thermalData.value().bridgeTemp, 40.1);
     EXPECT_THAT(heard(), ElementsAre("Blow", "Glass"));
-    EXPECT_THAT(machine.notifications.posted,
-                ElementsAre(Pair("Orvalen", "Display Ready! Temperature: 40.0\u00B0C")));
+    EXPECT_THAT(machine.notifications.posted, ElementsAre(Pair("Orvalen", "Display Ready! Temperature: 40.0\u00B0C")));
 }
 
 TEST_F(Warmup, aTimeOutIsAnEndLikeAnyOther)
@@ -432,8 +430,7 @@ TEST_F(Warmup, aTimeOutIsAnEndLikeAnyOther)
     engine.reportProgress(38.2, 0.4);
     finishPulse(38.2);
     EXPECT_EQ(state->warmupProgress, 1.0);
-    EXPECT_THAT(machine.notifications.posted,
-                ElementsAre(Pair("Orvalen", "Display Ready! Temperature: 38.2\u00B0C")));
+    EXPECT_THAT(machine.notifications.posted, ElementsAre(Pair("Orvalen", "Display Ready! Temperature: 38.2\u00B0C")));
 }
 
 TEST_F(Warmup, aSilentOneShowsButDoesNotTell)
@@ -514,8 +511,7 @@ TEST(WarmupEndToEnd, aColdBridgeIsHeatedByARealPulseAndAnnounced)
     EXPECT_THAT(shown, ElementsAre(0.0, 36.0, 37.0, 38.0, 39.0, 40.0));
     EXPECT_EQ(state.warmupProgress, 1.0);
     EXPECT_THAT(machine.sounds.played, ElementsAre("Blow", "Glass"));
-    EXPECT_THAT(machine.notifications.posted,
-                ElementsAre(Pair("Orvalen", "Display Ready! Temperature: 40.0\u00B0C")));
+    EXPECT_THAT(machine.notifications.posted, ElementsAre(Pair("Orvalen", "Display Ready! Temperature: 40.0\u00B0C")));
 }
 
 } // namespace

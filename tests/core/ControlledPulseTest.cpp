@@ -232,7 +232,8 @@ TEST_F(ControlledPulseTest, aThrowingReaderEndsByTheTimeOut)
         SystemThermalData readSensors() override { throw std::runtime_error("broken"); }
     } throwing(machine.engineMachine());
     std::vector<double> completed;
-    throwing.executeControlledPulse(40.0, [](double, double) {}, [&](double t) { completed.push_back(t); });
+    throwing.executeControlledPulse(
+        40.0, [](double, double) {}, [&](double t) { completed.push_back(t); });
     machine.world.runUntilIdle();
     EXPECT_THAT(completed, ElementsAre(0.0));
     expectHeatersOff();
@@ -246,7 +247,8 @@ TEST_F(ControlledPulseTest, readsThroughTheOverridableSlot)
         SystemThermalData readSensors() override { return {55.0, 0.0, 0.0, 0.0, 0.0, 0.0}; }
     } warm(machine.engineMachine());
     std::vector<double> completed;
-    warm.executeControlledPulse(40.0, [](double, double) {}, [&](double t) { completed.push_back(t); });
+    warm.executeControlledPulse(
+        40.0, [](double, double) {}, [&](double t) { completed.push_back(t); });
     machine.world.runUntilIdle();
     EXPECT_THAT(completed, ElementsAre(55.0));
     EXPECT_EQ(machine.sensors.reads, 0);
@@ -356,7 +358,8 @@ TEST_F(ControlledPulseTest, aGraphicsDeviceThatThrowsIsNone)
                                    parts.processors, parts.dispatch, parts.clock});
     readOneByOne({reading(30.0), reading(40.0)});
     std::vector<double> completed;
-    withoutGraphics.executeControlledPulse(40.0, [](double, double) {}, [&](double t) { completed.push_back(t); });
+    withoutGraphics.executeControlledPulse(
+        40.0, [](double, double) {}, [&](double t) { completed.push_back(t); });
     machine.world.runUntilIdle();
     EXPECT_THAT(completed, ElementsAre(40.0));
     EXPECT_THAT(machine.world.heaters, SizeIs(4));
@@ -402,7 +405,10 @@ TEST_F(ControlledPulseTest, theTemperatureIsTheNewestWhenTheMainThreadGetsToIt)
     {
         LateMain(test::VirtualWorld &world, std::vector<Task> &delayed) : world(world), delayed(delayed) {}
         void onMain(Task task) override { delayed.push_back(std::move(task)); }
-        void onMainAfter(std::chrono::milliseconds delay, Task task) override { world.onMainAfter(delay, std::move(task)); }
+        void onMainAfter(std::chrono::milliseconds delay, Task task) override
+        {
+            world.onMainAfter(delay, std::move(task));
+        }
         std::unique_ptr<RepeatingTask> repeatOnMain(std::chrono::milliseconds period, Task task) override
         {
             return world.repeatOnMain(period, std::move(task));
@@ -419,8 +425,8 @@ TEST_F(ControlledPulseTest, theTemperatureIsTheNewestWhenTheMainThreadGetsToIt)
         test::VirtualWorld &world;
         std::vector<Task> &delayed;
     } late(machine.world, delayed);
-    ThermalEngine busy({machine.sensors, machine.idle, machine.power, machine.graphics, machine.processors, late,
-                        machine.world});
+    ThermalEngine busy(
+        {machine.sensors, machine.idle, machine.power, machine.graphics, machine.processors, late, machine.world});
     busy.executeControlledPulse(
         40.0, [this](double temperature, double fraction) { progress.emplace_back(temperature, fraction); },
         [this](double finalTemp) { completions.push_back(finalTemp); });

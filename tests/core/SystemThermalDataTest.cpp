@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <ostream>
 #include <string>
 
 namespace orvalen {
@@ -60,6 +61,11 @@ struct NameCase
     bool battery;
     bool nand;
 };
+
+void PrintTo(const NameCase &name, std::ostream *out)
+{
+    *out << '"' << name.product << '"';
+}
 
 class SensorNames : public ::testing::TestWithParam<NameCase>
 {
