@@ -116,8 +116,7 @@ void ControlledPulse::reportProgress(double fraction)
     if (ended)
         return;
     // The temperature is read when the task runs: the main thread shows the newest there is.
-    means.dispatch.onMain(
-        [self = shared_from_this(), fraction] { self->progress(self->currentTemp, fraction); });
+    means.dispatch.onMain([self = shared_from_this(), fraction] { self->progress(self->currentTemp, fraction); });
 }
 
 void ControlledPulse::end()
