@@ -1,6 +1,7 @@
 #include "platform/linux/TemperatureSensorsSysfs.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <string_view>
 #include <unistd.h>
@@ -11,9 +12,9 @@
 
 namespace orvalen {
 
-using Kind = SensorSource::Kind;
-
 namespace {
+
+using Kind = SensorSource::Kind;
 
 struct Found
 {
@@ -76,6 +77,18 @@ void findBatteries(const std::string &folder, const std::vector<std::string> &na
     }
 }
 
+struct Place
+{
+    const char *folder;
+    void (*find)(const std::string &folder, const std::vector<std::string> &names, std::vector<Found> &found);
+};
+
+constexpr std::array places{
+    Place{"/class/hwmon", findChips},
+    Place{"/class/thermal", findZones},
+    Place{"/class/power_supply", findBatteries},
+};
+
 } // namespace
 
 struct TemperatureSensorsSysfs::Sensor
@@ -98,9 +111,7 @@ struct TemperatureSensorsSysfs::Listing
 TemperatureSensorsSysfs::Listing::Listing(const std::string &root)
 {
     std::vector<Found> found;
-    for (const auto &[subfolder, find] : {std::pair{"/class/hwmon", findChips},
-                                          {"/class/thermal", findZones},
-                                          {"/class/power_supply", findBatteries}}) {
+    for (const auto &[subfolder, find] : places) {
         const auto folder = root + subfolder;
         if (const auto names = sysfs::entries(folder)) {
             isAvailable = true;
