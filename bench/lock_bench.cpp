@@ -2,10 +2,10 @@
 //
 //   lock_bench [seconds]     length of each measurement, 5 by default
 //
-// Everything runs on two cores. "CPU" is CPU seconds burnt per second and spinner where every spinner has a core of its own;
-// "kernel" the part of them spent in the kernel; "vs stress-ng" the same CPU against `stress-ng --cpu n` run for the same
-// time; "longest gap" the longest time between two samples of a supervisor that wants one every 0.25 s, with four spinners
-// and two competing busy threads.
+// Everything runs on two cores. "CPU" is CPU seconds burnt per second and spinner where every spinner has a core of its
+// own; "kernel" the part of them spent in the kernel; "vs stress-ng" the same CPU against `stress-ng --cpu n` run for
+// the same time; "longest gap" the longest time between two samples of a supervisor that wants one every 0.25 s, with
+// four spinners and two competing busy threads.
 
 #include <pthread.h>
 #include <sched.h>

@@ -7,9 +7,10 @@ namespace orvalen {
 /// A small, unfair, non-recursive mutex for threads whose purpose is to keep a core busy.
 ///
 /// A thread that finds it taken spins for about as long as a scheduler's tick, far longer than a mutex would, because a
-/// waiting heater shall go on heating; only if its owner has lost the processor for so long does it park and leave the core
-/// to it. A thread that lets go while others wait looks away for a moment, so that they get in: else the owner, whose core
-/// has the lock at hand, would take it again at once, for seconds on end. bench/lock_bench compares it with its peers.
+/// waiting heater shall go on heating; only if its owner has lost the processor for so long does it park and leave the
+/// core to it. A thread that lets go while others wait looks away for a moment, so that they get in: else the owner,
+/// whose core has the lock at hand, would take it again at once, for seconds on end. bench/lock_bench compares it with
+/// its peers.
 class SpinThenParkLock
 {
 public:
