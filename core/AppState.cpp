@@ -28,8 +28,10 @@ AppState &AppState::shared()
 }
 
 AppState::AppState(const Services &given)
-    : services(given), smartModeEnabled(boolSetting("smartModeEnabled")),
-      targetTemp(doubleSetting("targetTemp", 40.0)), idleTimeoutMinutes(doubleSetting("idleTimeoutMinutes", 3.0)),
+    : services(given),
+      smartModeEnabled(boolSetting("smartModeEnabled")),
+      targetTemp(doubleSetting("targetTemp", 40.0)),
+      idleTimeoutMinutes(doubleSetting("idleTimeoutMinutes", 3.0)),
       autoWarmupOnCharger(boolSetting("autoWarmupOnCharger")),
       soundFeedbackEnabled(boolSetting("soundFeedbackEnabled"))
 {
@@ -44,8 +46,7 @@ AppState::~AppState() = default;
 Published<bool> AppState::boolSetting(const char *key)
 {
     auto &store = services.settings;
-    return {*this, !store.has(key) || store.readBool(key),
-            [&store, key](bool value) { store.writeBool(key, value); }};
+    return {*this, !store.has(key) || store.readBool(key), [&store, key](bool value) { store.writeBool(key, value); }};
 }
 
 // A stored 0 cannot be told from a value never set; what is no finite number was not set by us.

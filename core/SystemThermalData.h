@@ -19,7 +19,11 @@ struct SystemThermalData
     SystemThermalData() = default;
     SystemThermalData(double bridgeTemp, double pmuTemp, double socTemp, double socMax, double batteryTemp,
                       double nandTemp)
-        : bridgeTemp(bridgeTemp), pmuTemp(pmuTemp), socTemp(socTemp), socMax(socMax), batteryTemp(batteryTemp),
+        : bridgeTemp(bridgeTemp),
+          pmuTemp(pmuTemp),
+          socTemp(socTemp),
+          socMax(socMax),
+          batteryTemp(batteryTemp),
           nandTemp(nandTemp)
     {
     }

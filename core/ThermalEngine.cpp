@@ -23,7 +23,7 @@ PowerStatus powerStatus(const std::vector<PowerSource> &sources)
 
 ThermalEngine &ThermalEngine::shared()
 {
-    static auto &engine = [] () -> ThermalEngine & {
+    static auto &engine = []() -> ThermalEngine & {
         auto &platform = Platform::installed();
         return *new ThermalEngine({*platform.temperatureSensors, *platform.inputIdleTime, *platform.powerSources,
                                    *platform.graphicsCopies, *platform.processors, *platform.dispatch,
@@ -55,9 +55,9 @@ PowerStatus ThermalEngine::getPowerStatus()
 void ThermalEngine::executeControlledPulse(double targetTemp, ProgressCallback progressCallback,
                                            CompletionCallback completion)
 {
-    ControlledPulse::start({[this] { return readSensors(); }, machine.graphicsCopies, machine.processors,
-                            machine.dispatch, machine.clock},
-                           targetTemp, std::move(progressCallback), std::move(completion));
+    ControlledPulse::start(
+        {[this] { return readSensors(); }, machine.graphicsCopies, machine.processors, machine.dispatch, machine.clock},
+        targetTemp, std::move(progressCallback), std::move(completion));
 }
 
 } // namespace orvalen

@@ -21,9 +21,8 @@ TEST(Published, announcesThenChangesThenSends)
     Lamp lamp;
     std::vector<std::string> diary;
     const auto observer = lamp.observe([&] { diary.push_back("will change, still " + std::to_string(lamp.level)); });
-    const auto subscriber = lamp.level.subscribe([&](int level) {
-        diary.push_back("sent " + std::to_string(level) + ", now " + std::to_string(lamp.level));
-    });
+    const auto subscriber = lamp.level.subscribe(
+        [&](int level) { diary.push_back("sent " + std::to_string(level) + ", now " + std::to_string(lamp.level)); });
     lamp.level = 2;
     EXPECT_THAT(diary, ElementsAre("sent 1, now 1", "will change, still 1", "sent 2, now 2"));
 }

@@ -1,0 +1,162 @@
+# A private X desktop for one program on a machine without a display. Read by ./run (bash).
+#
+# Everything it starts is a child of this script in a session of its own (so that Ctrl+C reaches the script alone), is ended
+# by its process id, the last started first, and is ended by the kernel should the script itself be killed.
+
+desktopFolder=
+desktopProcesses=() # the last started comes first
+program=
+
+# inDesktop LOG COMMAND...   Starts a service of the desktop; its id is in $!.
+inDesktop() {
+    local log=$1
+    shift
+    setpriv --pdeathsig TERM -- setsid "$@" >"$desktopFolder/$log.log" 2>&1 </dev/null &
+    desktopProcesses=($! "${desktopProcesses[@]}")
+}
+
+endProcess() {
+    local attempt
+    kill "$1" 2>/dev/null
+    for attempt in {1..100}; do
+        kill -0 "$1" 2>/dev/null || break
+        sleep 0.05
+    done
+    kill -KILL "$1" 2>/dev/null
+    wait "$1" 2>/dev/null
+}
+
+endDesktop() {
+    trap '' INT TERM HUP
+    local process
+    for process in "${desktopProcesses[@]}"; do
+        endProcess "$process"
+    done
+    [ -z "$desktopFolder" ] || rm -rf "$desktopFolder"
+}
+
+# waitUntil SECONDS COMMAND...
+waitUntil() {
+    local attempts=$(($1 * 20)) attempt
+    shift
+    for ((attempt = 0; attempt < attempts; attempt++)); do
+        "$@" >/dev/null 2>&1 && return
+        sleep 0.05
+    done
+    return 1
+}
+
+startDisplay() {
+    # A cookie of our own: other users of the machine may not look. (Family "any", no address, no number, one cookie.)
+    export XAUTHORITY=$desktopFolder/Xauthority
+    (umask 077 && {
+        printf '\xff\xff\0\0\0\0\0\x12MIT-MAGIC-COOKIE-1\0\x10'
+        head -c 16 /dev/urandom
+    } >"$XAUTHORITY")
+    mkfifo "$desktopFolder/display"
+    inDesktop xvfb Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset -auth "$XAUTHORITY" \
+        3<>"$desktopFolder/display"
+    local number
+    read -rt 20 number <>"$desktopFolder/display" || return 1
+    export DISPLAY=:$number
+    unset WAYLAND_DISPLAY SESSION_MANAGER XDG_CURRENT_DESKTOP
+    export XDG_SESSION_TYPE=x11 QT_QPA_PLATFORM=xcb
+}
+
+# A bus that starts nothing on its own: what nobody starts, nobody has to find and end.
+startSessionBus() {
+    cat >"$desktopFolder/bus.conf" <<END
+<busconfig>
+  <type>session</type>
+  <listen>unix:dir=$desktopFolder</listen>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+END
+    mkfifo "$desktopFolder/address"
+    inDesktop bus dbus-daemon --config-file="$desktopFolder/bus.conf" --nofork --nopidfile --print-address=3 \
+        3<>"$desktopFolder/address"
+    read -rt 20 DBUS_SESSION_BUS_ADDRESS <>"$desktopFolder/address" || return 1
+    export DBUS_SESSION_BUS_ADDRESS
+}
+
+# Sans-serif is Inter here: a bare machine would show the first font it finds.
+chooseFonts() {
+    cat >"$desktopFolder/fonts.conf" <<END
+<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd">
+<fontconfig>
+  <include ignore_missing="yes">/etc/fonts/fonts.conf</include>
+  <match target="pattern">
+    <test name="family"><string>sans-serif</string></test>
+    <edit name="family" mode="prepend" binding="strong"><string>Inter</string></edit>
+  </match>
+</fontconfig>
+END
+    export FONTCONFIG_FILE=$desktopFolder/fonts.conf
+}
+
+hasWindowManager() {
+    xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id #'
+}
+
+hasWindow() {
+    xprop -root _NET_CLIENT_LIST | grep -q 'window id # 0x'
+}
+
+notStarted() {
+    echo "The $1 did not start:" >&2
+    tail -n 5 "$desktopFolder/$2.log" >&2
+}
+
+# Home and settings stay the user's, so that choices outlive the desktop; display, bus and run-time folder are private.
+startDesktop() {
+    desktopFolder=$(mktemp -d /tmp/orvalen-desktop.XXXXXX) || return 1
+    startDisplay || { notStarted "virtual display" xvfb; return 1; }
+    startSessionBus || { notStarted "session bus" bus; return 1; }
+    if ! [ -w "${XDG_RUNTIME_DIR:-/nonexistent}" ]; then
+        mkdir -m 700 "$desktopFolder/runtime"
+        export XDG_RUNTIME_DIR=$desktopFolder/runtime
+    fi
+    chooseFonts
+    inDesktop openbox openbox
+    waitUntil 20 hasWindowManager || { notStarted "window manager" openbox; return 1; }
+    inDesktop dunst dunst
+}
+
+# Replaces the picture as a whole: who looks never sees half of one.
+takePicture() {
+    timeout 20 import -silent -window root "png:$1.part" 2>/dev/null && mv -f "$1.part" "$1"
+}
+
+# runInDesktop PICTURE PROGRAM   Runs the program to its end, taking a picture every two seconds. The program's status.
+runInDesktop() {
+    local picture=$1 pause status
+    setpriv --pdeathsig TERM -- setsid "$2" </dev/null &
+    program=$!
+    desktopProcesses=("$program" "${desktopProcesses[@]}")
+
+    programHasWindowOrEnded() { hasWindow || ! kill -0 "$program" 2>/dev/null; }
+    waitUntil 30 programHasWindowOrEnded
+    local shown=
+    while kill -0 "$program" 2>/dev/null; do
+        if takePicture "$picture" && [ -z "$shown" ]; then
+            echo "Picture of the screen, renewed every two seconds: $picture"
+            echo "Ctrl+C ends it."
+            shown=1
+        fi
+        sleep 2 &
+        pause=$!
+        desktopProcesses=("$pause" "${desktopProcesses[@]}")
+        wait -n "$program" "$pause" 2>/dev/null
+        kill "$pause" 2>/dev/null
+        desktopProcesses=("${desktopProcesses[@]:1}")
+    done
+    wait "$program"
+    status=$?
+    desktopProcesses=("${desktopProcesses[@]:1}")
+    return $status
+}
