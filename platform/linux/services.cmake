@@ -11,3 +11,6 @@ orvalen_library(orvalen_platform_linux_graphics
     GraphicsCopiesVulkan.cpp
     GraphicsQueueVulkan.cpp)
 target_link_libraries(orvalen_platform_linux_graphics PUBLIC orvalen_platform Vulkan::Headers PRIVATE ${CMAKE_DL_LIBS})
+
+orvalen_library(orvalen_platform_linux_desktop SoundsCanberra.cpp)
+target_link_libraries(orvalen_platform_linux_desktop PUBLIC orvalen_platform PRIVATE PkgConfig::canberra)
