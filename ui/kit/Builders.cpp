@@ -105,6 +105,11 @@ Container<QWidget> vStack(Elements elements)
     return Container<QWidget>(filled(new QWidget, QBoxLayout::TopToBottom, elements, {}));
 }
 
+Container<QWidget> vStackIn(QWidget &widget, Elements elements)
+{
+    return Container<QWidget>(filled(&widget, QBoxLayout::TopToBottom, elements, {}));
+}
+
 Container<QWidget> hStack(Elements elements)
 {
     return Container<QWidget>(filled(new QWidget, QBoxLayout::LeftToRight, elements, Qt::AlignVCenter));

@@ -84,9 +84,10 @@ public:
 };
 
 Container<QWidget> vStack(Elements elements);
-Container<QWidget> hStack(Elements elements);            ///< Its elements are centred on one line.
-Container<QWidget> grid(int columns, Elements elements); ///< Columns of one width.
-CardBuilt card(Elements elements);                       ///< A vertical stack on a card.
+Container<QWidget> vStackIn(QWidget &widget, Elements elements); ///< Fills a widget that is there already.
+Container<QWidget> hStack(Elements elements);                    ///< Its elements are centred on one line.
+Container<QWidget> grid(int columns, Elements elements);         ///< Columns of one width.
+CardBuilt card(Elements elements);                               ///< A vertical stack on a card.
 
 class Text : public Built<TextLabel>
 {

@@ -127,7 +127,8 @@ void CallToAction::paintEvent(QPaintEvent *)
         fill = over(QColor(255, 255, 255, 15), fill);
     QPainterPath shape;
     shape.addRoundedRect(rect(), radius, radius);
-    painter.fillPath(shape, fill);
+    // What is still to come is darker, rather than what is done lighter: white text stays legible on both.
+    painter.fillPath(shape, progress ? over(QColor(0, 0, 0, 41), fill) : fill);
     if (progress) {
         auto swept = QRectF(rect());
         swept.setWidth(swept.width() * std::clamp(*progress, 0.0, 1.0));
@@ -135,7 +136,7 @@ void CallToAction::paintEvent(QPaintEvent *)
             swept.moveRight(rect().right() + 1);
         painter.save();
         painter.setClipRect(swept);
-        painter.fillPath(shape, QColor(255, 255, 255, 31));
+        painter.fillPath(shape, fill);
         painter.restore();
     }
 

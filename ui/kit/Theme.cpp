@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QPointer>
 #include <QWidget>
 
+#include "platform/ColorScheme.h"
 #include "ui/kit/Shade.h"
 
 namespace orvalen::kit {
@@ -44,6 +46,14 @@ Theme::Theme(QWidget &window) : QObject(&window), window(window)
 {
     qApp->installEventFilter(this);
     apply();
+}
+
+void Theme::follow(ColorScheme &scheme)
+{
+    scheme.follow([theme = QPointer(this)](unsigned newPreference) {
+        if (theme)
+            theme->setPreference(newPreference);
+    });
 }
 
 void Theme::setPreference(unsigned newPreference)

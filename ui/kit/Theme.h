@@ -26,6 +26,9 @@ public:
     /// The theme is the window's child.
     explicit Theme(QWidget &window);
 
+    /// From now on as `scheme` says, for as long as both live.
+    void follow(ColorScheme &scheme);
+
     /// `preference` as ColorScheme gives it: 1 dark, 2 light, else none.
     void setPreference(unsigned preference);
 
