@@ -114,7 +114,12 @@ notStarted() {
 
 # Home and settings stay the user's, so that choices outlive the desktop; display, bus and run-time folder are private.
 startDesktop() {
-    desktopFolder=$(mktemp -d /tmp/orvalen-desktop.XXXXXX) || return 1
+    local old owner
+    for old in /tmp/orvalen-desktop.*; do # left by a script that was killed
+        owner=${old#*.}
+        [ ! -O "$old" ] || [ -d "/proc/${owner%.*}" ] || rm -rf "$old"
+    done
+    desktopFolder=$(mktemp -d "/tmp/orvalen-desktop.$$.XXXXXX") || return 1
     startDisplay || { notStarted "virtual display" xvfb; return 1; }
     startSessionBus || { notStarted "session bus" bus; return 1; }
     if ! [ -w "${XDG_RUNTIME_DIR:-/nonexistent}" ]; then
