@@ -33,13 +33,14 @@ void spin(const EngineAtomicFlag &flag)
 }
 
 void copyGraphicsMemory(GraphicsQueue &queue, const EngineAtomicFlag &flag)
-{
+try {
     const auto a = queue.makeBuffer(ControlledPulse::graphicsBufferBytes);
     const auto b = queue.makeBuffer(ControlledPulse::graphicsBufferBytes);
     while (flag.value()) {
         if (a && b)
             queue.copy(*a, *b, ControlledPulse::graphicsBufferBytes);
     }
+} catch (...) { // a driver's trouble ends this worker alone
 }
 
 void ControlledPulse::start(Means means, double targetTemp, ThermalEngine::ProgressCallback progress,
@@ -75,7 +76,7 @@ void ControlledPulse::heat()
 {
     const double startTemp = sample().bridgeTemp;
     currentTemp = startTemp;
-    if (targetTemp <= startTemp)
+    if (targetTemp <= startTemp || !flag->value()) // the dead-man may have come during the first reading
         return;
 
     startWorkers();
@@ -92,13 +93,22 @@ void ControlledPulse::heat()
 
 void ControlledPulse::startWorkers()
 {
-    if (std::shared_ptr<GraphicsQueue> queue = means.graphicsCopies.openDefaultQueue()) {
+    if (const auto queue = openGraphicsQueue()) {
         means.dispatch.concurrently(QualityOfService::userInteractive,
                                     [queue, flag = flag] { copyGraphicsMemory(*queue, *flag); });
     }
     spinners = means.dispatch.makeConcurrentQueue("orvalen.pulse");
     for (int i = spinnerCount(means.processors.activeCount()); i > 0; --i)
         spinners->run([flag = flag] { spin(*flag); });
+}
+
+std::shared_ptr<GraphicsQueue> ControlledPulse::openGraphicsQueue() const
+{
+    try {
+        return means.graphicsCopies.openDefaultQueue();
+    } catch (...) { // a driver's trouble; the processor heats alone
+        return nullptr;
+    }
 }
 
 SystemThermalData ControlledPulse::sample() const

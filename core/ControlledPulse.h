@@ -62,6 +62,7 @@ private:
     void supervise();
     void heat();
     void startWorkers();
+    [[nodiscard]] std::shared_ptr<GraphicsQueue> openGraphicsQueue() const;
     [[nodiscard]] SystemThermalData sample() const;
     void reportProgress(double fraction);
     void end();

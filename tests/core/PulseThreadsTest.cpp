@@ -1,0 +1,200 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include "core/ThermalEngine.h"
+#include "tests/support/FakeMachine.h"
+
+namespace orvalen {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Real threads, and a clock that a sleeper moves: nobody waits, and the thread sanitizer sees what the rules share.
+class RealThreads : public Dispatch, public Clock
+{
+public:
+    ~RealThreads() override { join(); }
+
+    std::chrono::nanoseconds now() const override { return std::chrono::nanoseconds(time.load()); }
+    void sleepFor(std::chrono::nanoseconds duration) override
+    {
+        time += duration.count();
+        std::this_thread::yield();
+    }
+
+    void onMain(Task task) override
+    {
+        const std::lock_guard guard(lock);
+        main.push_back(std::move(task));
+        changed.notify_all();
+    }
+    void onMainAfter(std::chrono::milliseconds, Task task) override { onMain(std::move(task)); }
+    std::unique_ptr<RepeatingTask> repeatOnMain(std::chrono::milliseconds, Task) override { return nullptr; }
+    void concurrently(QualityOfService, Task task) override { run(std::move(task)); }
+    void concurrentlyAfter(std::chrono::milliseconds delay, Task task) override
+    {
+        const std::lock_guard guard(lock);
+        deadMen.push_back({delay, std::move(task)});
+    }
+    std::unique_ptr<ConcurrentQueue> makeConcurrentQueue(const std::string &) override
+    {
+        struct Queue : ConcurrentQueue
+        {
+            explicit Queue(RealThreads &owner) : owner(owner) {}
+            void run(Task task) override { owner.run(std::move(task)); }
+            RealThreads &owner;
+        };
+        return std::make_unique<Queue>(*this);
+    }
+
+    /// Runs main-thread tasks until `done`.
+    template <typename Done>
+    void runMainUntil(Done done)
+    {
+        while (!done()) {
+            Task task;
+            {
+                std::unique_lock guard(lock);
+                changed.wait(guard, [this] { return !main.empty(); });
+                task = std::move(main.front());
+                main.pop_front();
+            }
+            task();
+        }
+    }
+
+    void run(Task task)
+    {
+        const std::lock_guard guard(lock);
+        threads.emplace_back(std::move(task));
+    }
+
+    /// Every thread must end by itself.
+    void join()
+    {
+        while (true) {
+            std::vector<std::thread> ending;
+            {
+                const std::lock_guard guard(lock);
+                ending.swap(threads);
+            }
+            if (ending.empty())
+                return;
+            for (auto &thread : ending)
+                thread.join();
+        }
+    }
+
+    struct DeadMan
+    {
+        std::chrono::milliseconds delay;
+        Task task;
+    };
+    std::vector<DeadMan> deadMen;
+
+private:
+    std::atomic<std::int64_t> time = 0;
+    std::mutex lock;
+    std::condition_variable changed;
+    std::deque<Task> main;
+    std::vector<std::thread> threads;
+};
+
+struct PulseThreads : ::testing::Test
+{
+    RealThreads threads;
+    test::FakeMachine machine;
+    std::atomic<int> progressCalls = 0;
+    std::atomic<int> completions = 0;
+
+    void startPulse(ThermalEngine &engine)
+    {
+        engine.executeControlledPulse(
+            40.0,
+            [this](double, double) {
+                EXPECT_EQ(completions, 0);
+                ++progressCalls;
+            },
+            [this](double) { ++completions; });
+    }
+
+    ThermalEngine::Machine engineMachine()
+    {
+        return {machine.sensors, machine.idle, machine.power, machine.graphics, machine.processors, threads, threads};
+    }
+};
+
+TEST_F(PulseThreads, everyWorkerEndsWhenTheTargetIsReached)
+{
+    struct WarmingEngine : ThermalEngine
+    {
+        using ThermalEngine::ThermalEngine;
+        SystemThermalData readSensors() override { return {30.0 + reads++, 0.0, 0.0, 0.0, 0.0, 0.0}; }
+        std::atomic<int> reads = 0;
+    } engine(engineMachine());
+    startPulse(engine);
+    threads.runMainUntil([this] { return completions == 1; });
+    threads.join();
+    EXPECT_EQ(progressCalls, 10);
+}
+
+TEST_F(PulseThreads, everyWorkerEndsByTheDeadManWhileTheReadHangs)
+{
+    struct HangingEngine : ThermalEngine
+    {
+        using ThermalEngine::ThermalEngine;
+        SystemThermalData readSensors() override
+        {
+            if (++reads == 4) {
+                hanging = true;
+                hanging.notify_all();
+                released.wait(false);
+            }
+            return {30.0, 0.0, 0.0, 0.0, 0.0, 0.0};
+        }
+        std::atomic<int> reads = 0;
+        std::atomic<bool> hanging = false;
+        std::atomic<bool> released = false;
+    } engine(engineMachine());
+    startPulse(engine);
+    engine.hanging.wait(false);
+    ASSERT_EQ(threads.deadMen.size(), 1u);
+    EXPECT_EQ(threads.deadMen.front().delay, 20s);
+    threads.run(threads.deadMen.front().task);
+    threads.runMainUntil([this] { return completions == 1; });
+
+    engine.released = true; // the supervisor comes back late and finds nothing left to do
+    engine.released.notify_all();
+    threads.join();
+    EXPECT_EQ(completions, 1);
+    EXPECT_EQ(progressCalls, 2);
+}
+
+TEST_F(PulseThreads, theDeadManAndTheSupervisorMayComeAtTheSameMoment)
+{
+    for (int round = 0; round < 200; ++round) {
+        completions = 0;
+        threads.deadMen.clear();
+        struct WarmingEngine : ThermalEngine
+        {
+            using ThermalEngine::ThermalEngine;
+            SystemThermalData readSensors() override { return {38.0 + reads++, 0.0, 0.0, 0.0, 0.0, 0.0}; }
+            std::atomic<int> reads = 0;
+        } engine(engineMachine());
+        startPulse(engine);
+        threads.run(threads.deadMen.front().task);
+        threads.runMainUntil([this] { return completions == 1; });
+        threads.join();
+        EXPECT_EQ(completions, 1);
+    }
+}
+
+} // namespace
+} // namespace orvalen
