@@ -12,7 +12,6 @@ buildPackages=(
 # To look and sound as intended, and to ask an X display whether it is there.
 runPackages=(
     fonts-inter fonts-noto-color-emoji
-    libcanberra-pulse
     x11-utils
 )
 
