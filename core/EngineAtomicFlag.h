@@ -2,10 +2,14 @@
 
 #include <mutex>
 
+#include "core/SpinThenParkLock.h"
+
 namespace orvalen {
 
-/// The stop flag of one pulse, shared by its supervisor and its workers: true while they shall heat.
-class EngineAtomicFlag
+/// The stop flag of one pulse, shared by its supervisor and its workers: true while they shall heat. Every look takes
+/// the lock; the contention is the load that heats.
+template <typename Lock>
+class LockedFlag
 {
 public:
     [[nodiscard]] bool value() const
@@ -21,8 +25,10 @@ public:
     }
 
 private:
-    mutable std::mutex lock;
+    mutable Lock lock;
     bool _value = true;
 };
+
+using EngineAtomicFlag = LockedFlag<SpinThenParkLock>;
 
 } // namespace orvalen

@@ -1,0 +1,157 @@
+#!/usr/bin/python3
+"""The whole program against an empty Qt window: start, memory, and what it costs when nothing happens.
+
+    bench/program_bench.py [--starts N] [--seconds S] [BUILD_FOLDER]
+
+Runs on a virtual display of its own, with 60 warm sensors mounted over /sys (needs root or user namespaces), a home of its
+own and a session bus of its own. Starts alternate between the two programs; figures are medians.
+"""
+import argparse
+import os
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+SENSORS = 60
+
+
+def lay_out_sensors(tree):
+    chip = tree / "class/hwmon/hwmon0"
+    chip.mkdir(parents=True)
+    (chip / "name").write_text("coretemp\n")
+    for i in range(1, SENSORS + 1):
+        (chip / f"temp{i}_input").write_text("42000\n")
+        (chip / f"temp{i}_label").write_text(f"Core {i}\n")
+    battery = tree / "class/power_supply/AC"
+    battery.mkdir(parents=True)
+    (battery / "type").write_text("Mains\n")
+    (battery / "online").write_text("1\n")
+
+
+class Desktop:
+    """An X server without window manager and a session bus, in a folder of their own."""
+
+    def __init__(self, folder):
+        self.folder = folder
+        self.processes = []
+        lay_out_sensors(folder / "sys")
+        for name in ("home", "run"):
+            (folder / name).mkdir(mode=0o700)
+        self.environment = {
+            "PATH": os.environ["PATH"], "LANG": "C.UTF-8", "HOME": str(folder / "home"),
+            "XDG_RUNTIME_DIR": str(folder / "run"), "QT_QPA_PLATFORM": "xcb", "NO_AT_BRIDGE": "1",
+            "XDG_SESSION_TYPE": "x11",
+        }
+        read_end, write_end = os.pipe()
+        self.start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x800x24", "-nolisten", "tcp",
+                    "-noreset"], pass_fds=[write_end])
+        os.close(write_end)
+        self.environment["DISPLAY"] = ":" + os.read(read_end, 16).decode().strip()
+        bus = self.start(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"],
+                         stdout=subprocess.PIPE)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
+
+    def start(self, command, **options):
+        process = subprocess.Popen(command, env=self.environment, stderr=subprocess.DEVNULL,
+                                   **{"stdout": subprocess.DEVNULL, **options})
+        self.processes.append(process)
+        return process
+
+    def in_warm_machine(self, command):
+        user = [] if os.geteuid() == 0 else ["--user", "--map-root-user"]
+        return ["unshare", *user, "--mount", "sh", "-c", f'mount --bind {self.folder}/sys /sys && exec "$@"', "sh",
+                *map(str, command)]
+
+    def end(self):
+        for process in reversed(self.processes):
+            process.terminate()
+            process.wait()
+
+
+def start_to_paint(desktop, folder, program):
+    output = subprocess.run(desktop.in_warm_machine([folder / "bench/first_paint", program]), env=desktop.environment,
+                            capture_output=True, text=True, check=True).stdout
+    return float(output)
+
+
+def of_all_threads(pid, read):
+    total = 0
+    for task in Path(f"/proc/{pid}/task").iterdir():
+        try:
+            total += read(task)
+        except FileNotFoundError:
+            pass
+    return total
+
+
+def cpu_seconds(task):
+    return int((task / "schedstat").read_text().split()[0]) / 1e9
+
+
+def wake_ups(task):
+    lines = (task / "status").read_text().splitlines()
+    return sum(int(line.split()[1]) for line in lines if line.startswith("voluntary_ctxt_switches"))
+
+
+def proportional_memory(pid):
+    lines = Path(f"/proc/{pid}/smaps_rollup").read_text().splitlines()
+    return next(int(line.split()[1]) for line in lines if line.startswith("Pss:")) / 1024
+
+
+def idle(desktop, program, seconds):
+    """CPU share of a core, wake-ups per second and proportional memory in MiB, once the start is over."""
+    process = desktop.start(desktop.in_warm_machine([program]))
+    time.sleep(8)
+    if process.poll() is not None:
+        sys.exit(f"{program} ended by itself")
+    pid = process.pid
+    cpu, woken, begin = of_all_threads(pid, cpu_seconds), of_all_threads(pid, wake_ups), time.monotonic()
+    time.sleep(seconds)
+    elapsed = time.monotonic() - begin
+    figures = ((of_all_threads(pid, cpu_seconds) - cpu) / elapsed, (of_all_threads(pid, wake_ups) - woken) / elapsed,
+               proportional_memory(pid))
+    process.terminate()
+    process.wait()
+    desktop.processes.remove(process)
+    return figures
+
+
+def main():
+    arguments = argparse.ArgumentParser(description=__doc__)
+    arguments.add_argument("--starts", type=int, default=15)
+    arguments.add_argument("--seconds", type=float, default=60)
+    arguments.add_argument("folder", nargs="?", type=Path, default=ROOT / "build/release")
+    options = arguments.parse_args()
+    folder = options.folder.resolve()
+    ours, peer = folder / "bin/orvalen", folder / "bench/empty_window"
+
+    place = Path(tempfile.mkdtemp(prefix="orvalen-bench-"))
+    desktop = Desktop(place)
+    try:
+        starts = {ours: [], peer: []}
+        for program in (ours, peer):
+            start_to_paint(desktop, folder, program)  # into the page cache
+        for _ in range(options.starts):
+            for program in (ours, peer):
+                starts[program].append(start_to_paint(desktop, folder, program))
+        start, peer_start = (statistics.median(starts[program]) for program in (ours, peer))
+        cpu, woken, memory = idle(desktop, ours, options.seconds)
+        peer_cpu, peer_woken, peer_memory = idle(desktop, peer, options.seconds)
+    finally:
+        desktop.end()
+        shutil.rmtree(place)
+
+    print(f"{'':34}{'orvalen':>10}{'empty':>10}{'ratio':>8}   goal")
+    print(f"{'start to first paint, ms':34}{start:10.1f}{peer_start:10.1f}{start / peer_start:8.2f}   at most 1.5")
+    print(f"{'proportional memory, MiB':34}{memory:10.1f}{peer_memory:10.1f}{memory / peer_memory:8.2f}   at most 1.3")
+    print(f"{'idle CPU, % of a core':34}{100 * cpu:10.3f}{100 * peer_cpu:10.3f}{'':8}   at most 0.1")
+    print(f"{'idle wake-ups per second':34}{woken:10.2f}{peer_woken:10.2f}")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,17 @@
+# Tests of the adapters that give the program its services: queues, settings, sounds, graphics, notifications.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui)
+
+
+orvalen_test(dispatch_qt_test SOURCES DispatchQtTest.cpp LIBRARIES orvalen_platform_qt)
+orvalen_test(url_opener_qt_test SOURCES UrlOpenerQtTest.cpp LIBRARIES orvalen_platform_qt Qt6::Gui
+    ENVIRONMENT QT_QPA_PLATFORM=offscreen)
+set_target_properties(url_opener_qt_test PROPERTIES AUTOMOC ON)
+
+# The settings test kills this program in the middle of its writes.
+add_executable(settings_writer SettingsWriter.cpp SettingsWriter.h)
+orvalen_common(settings_writer)
+set_target_properties(settings_writer PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${ORVALEN_TEST_OUTPUT_DIRECTORY}")
+target_link_libraries(settings_writer PRIVATE orvalen_platform_qt)
+orvalen_test(settings_store_qt_test SOURCES SettingsStoreQtTest.cpp LIBRARIES orvalen_platform_qt)
+target_compile_definitions(settings_store_qt_test PRIVATE SETTINGS_WRITER="$<TARGET_FILE:settings_writer>")
+add_dependencies(settings_store_qt_test settings_writer)
