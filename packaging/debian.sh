@@ -12,7 +12,6 @@ buildPackages=(
 # To look and sound as intended, and to ask an X display whether it is there.
 runPackages=(
     fonts-inter fonts-noto-color-emoji
-    libcanberra-pulse
     x11-utils
 )
 
@@ -34,7 +33,11 @@ isInstalled() {
 
 # apt-get as root, without questions, patient with another package manager.
 aptGet() {
-    local command=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=600 "$@")
+    local command=(env DEBIAN_FRONTEND=noninteractive) proxy
+    for proxy in http_proxy https_proxy no_proxy; do # sudo would drop them
+        [ -z "${!proxy-}" ] || command+=("$proxy=${!proxy}")
+    done
+    command+=(apt-get -q -o DPkg::Lock::Timeout=600 "$@")
     if [ "$(id -u)" != 0 ]; then
         command=(sudo "${command[@]}")
     fi

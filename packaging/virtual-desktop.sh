@@ -114,7 +114,12 @@ notStarted() {
 
 # Home and settings stay the user's, so that choices outlive the desktop; display, bus and run-time folder are private.
 startDesktop() {
-    desktopFolder=$(mktemp -d /tmp/orvalen-desktop.XXXXXX) || return 1
+    local old owner
+    for old in /tmp/orvalen-desktop.*; do # left by a script that was killed
+        owner=${old#*.}
+        [ ! -O "$old" ] || [ -d "/proc/${owner%.*}" ] || rm -rf "$old"
+    done
+    desktopFolder=$(mktemp -d "/tmp/orvalen-desktop.$$.XXXXXX") || return 1
     startDisplay || { notStarted "virtual display" xvfb; return 1; }
     startSessionBus || { notStarted "session bus" bus; return 1; }
     if ! [ -w "${XDG_RUNTIME_DIR:-/nonexistent}" ]; then
@@ -132,6 +137,11 @@ takePicture() {
     timeout 20 import -silent -window root "png:$1.part" 2>/dev/null && mv -f "$1.part" "$1"
 }
 
+# A window is there a moment before anything is painted in it.
+takePictureOfSomething() {
+    takePicture "$1" && [ "$(identify -format %k "$1")" -gt 10 ]
+}
+
 # runInDesktop PICTURE PROGRAM   Runs the program to its end, taking a picture every two seconds. The program's status.
 runInDesktop() {
     local picture=$1 pause status
@@ -139,15 +149,16 @@ runInDesktop() {
     program=$!
     desktopProcesses=("$program" "${desktopProcesses[@]}")
 
-    programHasWindowOrEnded() { hasWindow || ! kill -0 "$program" 2>/dev/null; }
-    waitUntil 30 programHasWindowOrEnded
-    local shown=
-    while kill -0 "$program" 2>/dev/null; do
-        if takePicture "$picture" && [ -z "$shown" ]; then
-            echo "Picture of the screen, renewed every two seconds: $picture"
-            echo "Ctrl+C ends it."
-            shown=1
-        fi
+    isRunning() { kill -0 "$program" 2>/dev/null; }
+    hasWindowOrEnded() { hasWindow || ! isRunning; }
+    isShownOrEnded() { takePictureOfSomething "$picture" || ! isRunning; }
+    waitUntil 30 hasWindowOrEnded
+    if waitUntil 3 isShownOrEnded && isRunning; then
+        echo "Picture of the screen, renewed every two seconds: $picture"
+        echo "Ctrl+C ends it."
+    fi
+    while isRunning; do
+        takePicture "$picture"
         sleep 2 &
         pause=$!
         desktopProcesses=("$pause" "${desktopProcesses[@]}")

@@ -1,9 +1,7 @@
 #include "platform/linux/InputIdleTimeX11.h"
 
 #include <algorithm>
-#include <csignal>
 #include <cstdlib>
-#include <ctime>
 #include <poll.h>
 #include <string_view>
 #include <xcb/randr.h>
@@ -25,37 +23,6 @@ struct Freed
 
 template <typename T>
 using Reply = std::unique_ptr<T, Freed<T>>;
-
-/// Writing to a dead server raises SIGPIPE, which must end nothing: held back in this thread and then forgotten.
-class NoBrokenPipe
-{
-public:
-    NoBrokenPipe()
-    {
-        sigemptyset(&brokenPipe);
-        sigaddset(&brokenPipe, SIGPIPE);
-        sigset_t pending;
-        sigpending(&pending);
-        wasPending = sigismember(&pending, SIGPIPE) == 1;
-        pthread_sigmask(SIG_BLOCK, &brokenPipe, &before);
-    }
-
-    ~NoBrokenPipe()
-    {
-        constexpr std::timespec atOnce{};
-        if (!wasPending)
-            sigtimedwait(&brokenPipe, nullptr, &atOnce);
-        pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    }
-
-    NoBrokenPipe(const NoBrokenPipe &) = delete;
-    NoBrokenPipe &operator=(const NoBrokenPipe &) = delete;
-
-private:
-    sigset_t brokenPipe{};
-    sigset_t before{};
-    bool wasPending = false;
-};
 
 bool has(xcb_connection_t *xcb, std::string_view extension)
 {
@@ -138,7 +105,6 @@ InputIdleTimeX11::Connection::State InputIdleTimeX11::Connection::take(unsigned 
 
 std::optional<std::chrono::milliseconds> InputIdleTimeX11::Connection::idleTime()
 {
-    const NoBrokenPipe guard;
     IdleReply reply;
     if (!isUsable() || (unanswered && take(*unanswered, reply) == State::waiting))
         return std::nullopt;
@@ -160,11 +126,7 @@ std::optional<std::chrono::milliseconds> InputIdleTimeX11::Connection::idleTime(
     return std::chrono::milliseconds(reply->ms_since_user_input);
 }
 
-InputIdleTimeX11::InputIdleTimeX11(const std::string &display)
-{
-    const NoBrokenPipe guard;
-    connection = std::make_unique<Connection>(display);
-}
+InputIdleTimeX11::InputIdleTimeX11(const std::string &display) : connection(std::make_unique<Connection>(display)) {}
 
 InputIdleTimeX11::~InputIdleTimeX11() = default;
 

@@ -27,7 +27,7 @@ public:
 private:
     class Connection;
     mutable std::mutex mutex; ///< Guards the connection: one question at a time.
-    std::unique_ptr<Connection> connection;
+    const std::unique_ptr<Connection> connection;
 };
 
 } // namespace orvalen

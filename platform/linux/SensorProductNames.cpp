@@ -21,11 +21,11 @@ enum class Words
 struct Rule
 {
     std::optional<Kind> kind; ///< None: of any kind.
-    const char *chip;
-    const char *label;
-    const char *onlyWithout; ///< Of another chip that makes this one superfluous, "chip label"; null: none does.
-    const char *product;     ///< Null: leave the sensor out.
-    Words words;
+    const char *chip = nullptr;
+    const char *label = nullptr;
+    const char *onlyWithout = nullptr; ///< "chip label" of a better one, next to which this one is left out.
+    const char *product = nullptr;     ///< Null: leave the sensor out.
+    Words words = Words::ofGroupOnly;
 };
 
 constexpr auto anyOrNoLabel = "*";

@@ -285,7 +285,6 @@ TEST_F(DispatchQtTest, aQueueMayGoBeforeItsTasks)
     EXPECT_EQ(done.get_future().wait_for(patience), std::future_status::ready);
 }
 
-#ifdef __linux__
 TEST_F(DispatchQtTest, aQueueNamesItsThreadsAsFarAsTheSystemTakesIt)
 {
     const auto nameOnQueue = [&](const std::string &label) {
@@ -298,9 +297,10 @@ TEST_F(DispatchQtTest, aQueueNamesItsThreadsAsFarAsTheSystemTakesIt)
         return name.get_future().get();
     };
     EXPECT_EQ(nameOnQueue("orvalen.pulse"), "orvalen.pulse");
-    EXPECT_EQ(nameOnQueue("a label of more than fifteen"), "a label of more");
+    const std::string longLabel = "a label of more than fifteen";
+    EXPECT_TRUE(longLabel.starts_with(nameOnQueue(longLabel)));
+    EXPECT_GE(nameOnQueue(longLabel).size(), 15u); // all that Linux takes; others take more
 }
-#endif
 
 TEST_F(DispatchQtTest, anErrorInABackgroundTaskEndsThatTaskAlone)
 {

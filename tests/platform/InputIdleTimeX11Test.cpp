@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <csignal>
 #include <cstdlib>
 #include <thread>
 #include <vector>
@@ -107,21 +106,6 @@ TEST(InputIdleTimeX11, aServerThatDiesAmongQuestionsEndsNothingElse)
     for (auto &asker : askers)
         asker.join();
     EXPECT_FALSE(idle.isAvailable());
-}
-
-TEST(InputIdleTimeX11, leavesNoSignalBehind)
-{
-    XServer server;
-    InputIdleTimeX11 idle(server.display());
-    ASSERT_TRUE(idle.sinceLastInput().has_value());
-    server.kill();
-    EXPECT_EQ(idle.sinceLastInput(), std::nullopt);
-    sigset_t pending;
-    sigset_t blocked;
-    ASSERT_EQ(::sigpending(&pending), 0);
-    ASSERT_EQ(::pthread_sigmask(SIG_SETMASK, nullptr, &blocked), 0);
-    EXPECT_EQ(sigismember(&pending, SIGPIPE), 0);
-    EXPECT_EQ(sigismember(&blocked, SIGPIPE), 0);
 }
 
 TEST(InputIdleTimeX11, doesNotWaitForAServerThatHangs)

@@ -1,5 +1,6 @@
 orvalen_test(platform_linux_test
     SOURCES
+        BoundedPowerSourcesTest.cpp
         BoundedTemperatureSensorsTest.cpp
         ClockBoottimeTest.cpp
         InputIdleTimeFirstAvailableTest.cpp

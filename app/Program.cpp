@@ -1,0 +1,31 @@
+#include "app/Program.h"
+
+#include <QApplication>
+#include <QLoggingCategory>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace orvalen {
+
+void introduceProgram()
+{
+    // Nobody reads warnings of the toolkit on a black screen; what is critical still goes to standard error.
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false\n*.warning=false"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Quenmark"));
+    QCoreApplication::setApplicationName(QStringLiteral("Orvalen"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Orvalen"));
+    QGuiApplication::setDesktopFileName(QStringLiteral(ORVALEN_APPLICATION_ID));
+    QGuiApplication::setQuitOnLastWindowClosed(false); // the display is kept warm without a window, too
+}
+
+void runProgram()
+{
+    const int status = QApplication::exec();
+    // A pulse may be under way, with threads that use the platform and the rules. Settings are on disk already, so the
+    // process ends here as it stands, and every heater with it, instead of taking the house down around them.
+    std::fflush(nullptr);
+    std::_Exit(status);
+}
+
+} // namespace orvalen

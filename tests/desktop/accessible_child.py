@@ -1,0 +1,54 @@
+"""Answers questions about the controls on the screen, one line of JSON each, through the accessibility bus."""
+import json
+import sys
+
+import gi
+
+gi.require_version('Atspi', '2.0')
+from gi.repository import Atspi, GLib  # noqa: E402
+
+
+def showing(parent):
+    """Every object below `parent` that shows."""
+    for index in range(parent.get_child_count()):
+        child = parent.get_child_at_index(index)
+        if child is None:
+            continue
+        if child.get_state_set().contains(Atspi.StateType.SHOWING):
+            yield child
+        yield from showing(child)
+
+
+def everything():
+    desktop = Atspi.get_desktop(0)
+    for index in range(desktop.get_child_count()):
+        application = desktop.get_child_at_index(index)
+        if application is not None:
+            application.clear_cache()
+            yield from showing(application)
+
+
+def text_of(control):
+    text = control.get_text_iface()
+    return Atspi.Text.get_text(text, 0, Atspi.Text.get_character_count(text)) if text else ''
+
+
+def names():
+    return [[control.get_role_name(), control.get_name(), text_of(control)] for control in everything()]
+
+
+def press(name):
+    for control in everything():
+        action = control.get_action_iface()
+        if control.get_name() == name and action and Atspi.Action.get_n_actions(action) > 0:
+            return Atspi.Action.do_action(action, 0)
+    return False
+
+
+for line in sys.stdin:
+    question = json.loads(line)
+    try:
+        answer = {'answer': names() if question['verb'] == 'names' else press(question['name'])}
+    except GLib.Error as error:  # a control vanished while we looked: look again
+        answer = {'answer': [] if question['verb'] == 'names' else False, 'vanished': error.message}
+    print(json.dumps(answer), flush=True)

@@ -1,0 +1,9 @@
+import pytest
+
+from privatedesktop import Desktop
+
+
+@pytest.fixture
+def desktop():
+    with Desktop() as desktop:
+        yield desktop

@@ -1,0 +1,123 @@
+"""./run on a machine without a display."""
+import os
+import re
+import select
+import signal
+import subprocess
+
+import pytest
+
+from privatedesktop import MARK, ROOT, processes_with, wait_for
+
+PICTURE = re.compile(r'Picture of the screen, .*: (/.*\.png)$', re.MULTILINE)
+
+
+class Run:
+    """./run as a person without a display starts it, from some other folder."""
+
+    def __init__(self, folder, mark):
+        keep = ('PATH', 'HOME', 'LANG', 'USER', 'LOGNAME')
+        environment = {name: os.environ[name] for name in keep if name in os.environ}
+        environment.update({MARK: mark, 'XDG_CONFIG_HOME': str(folder / 'config')})
+        self.mark = ('%s=%s' % (MARK, mark)).encode()
+        self.text = ''
+        self.process = subprocess.Popen([ROOT / 'run'], cwd=folder, env=environment, stdin=subprocess.DEVNULL,
+                                        stdout=subprocess.PIPE, stderr=subprocess.STDOUT, start_new_session=True)
+
+    def read(self):
+        """What it has written so far."""
+        while select.select([self.process.stdout], [], [], 0)[0]:
+            data = os.read(self.process.stdout.fileno(), 65536)
+            if not data:
+                break
+            self.text += data.decode()
+        return self.text
+
+    def picture(self):
+        """The path that it prints once the program is on the screen."""
+        def printed():
+            match = PICTURE.search(self.read())
+            assert match or self.process.poll() is None, self.text
+            return match
+
+        return wait_for(printed, 300, 'the path of the picture').group(1)
+
+    def living(self):
+        return processes_with(self.mark)
+
+
+def named(pid):
+    with open('/proc/%d/comm' % pid) as file:
+        return file.read().strip()
+
+
+@pytest.fixture
+def run(tmp_path):
+    run = Run(tmp_path, str(tmp_path))
+    yield run
+    if run.process.poll() is None:
+        run.process.terminate()
+        try:
+            run.process.wait(30)
+        except subprocess.TimeoutExpired:
+            run.process.kill()
+    for pid in run.living():
+        os.kill(pid, signal.SIGKILL)
+
+
+def colours(picture):
+    """How many different colours the picture has; 0 for one that cannot be read."""
+    seen = subprocess.run(['identify', '-format', '%k', picture], capture_output=True, text=True).stdout
+    return int(seen or 0)
+
+
+def test_the_picture_shows_something_and_is_renewed(run):
+    picture = run.picture()
+    assert colours(picture) > 10
+    first = os.stat(picture).st_mtime_ns
+    wait_for(lambda: os.stat(picture).st_mtime_ns != first, 20, 'a newer picture')
+    assert colours(picture) > 10
+    assert re.search(r'^Starting orvalen(-simulated)?: this machine has ', run.text, re.MULTILINE)
+
+
+@pytest.mark.parametrize('number, status', [(signal.SIGTERM, 143), (signal.SIGINT, 130)])
+def test_a_signal_ends_all_that_it_started(run, number, status):
+    run.picture()
+    assert {'Xvfb', 'openbox', 'dbus-daemon', 'dunst'} <= {named(pid) for pid in run.living()}
+    run.process.send_signal(number)
+    assert run.process.wait(30) == status
+    assert run.living() == []
+
+
+def test_control_c_in_a_terminal_ends_all_that_it_started(run):
+    run.picture()
+    os.killpg(run.process.pid, signal.SIGINT)  # what a terminal does: the whole foreground group
+    assert run.process.wait(30) == 130
+    assert run.living() == []
+
+
+def test_the_end_of_the_program_ends_the_rest(run):
+    run.picture()
+    programs = [pid for pid in run.living() if named(pid).startswith('orvalen')]
+    assert len(programs) == 1
+    os.kill(programs[0], signal.SIGTERM)
+    assert run.process.wait(30) == 0
+    assert run.living() == []
+
+
+def test_nothing_outlives_a_killed_script(run):
+    run.picture()
+    run.process.kill()
+    run.process.wait()
+    wait_for(lambda: not run.living(), 20, 'the desktop to end')
+
+
+def test_a_second_start_at_the_same_time_gets_a_desktop_of_its_own(run, tmp_path):
+    other = Run(tmp_path, str(tmp_path) + '/other')
+    try:
+        assert run.picture() != other.picture()
+    finally:
+        other.process.terminate()
+        assert other.process.wait(30) == 143
+    assert other.living() == []
+    assert run.process.poll() is None

@@ -1,0 +1,85 @@
+"""A person at the simulated laptop, which starts cold."""
+import re
+import time
+
+from privatedesktop import wait_for
+
+TRIGGER = 'Trigger Prime Warmup Now'
+CAPTION = 'DISPLAY BRIDGE TEMPERATURE'
+PULSE_LIMIT = 15  # seconds; a pulse that does not reach its target ends then
+
+
+def start(desktop):
+    program = desktop.start('orvalen-simulated')
+    desktop.controls.wait(TRIGGER)
+    return program
+
+
+def shown(desktop):
+    """All names and texts on the screen."""
+    return [text for _, name, text in desktop.controls.names() for text in (name, text) if text]
+
+
+def readout(texts):
+    """The big number: the first temperature after its caption. None while it is not on the screen."""
+    after = texts[texts.index(CAPTION) + 1:] if CAPTION in texts else []
+    return next((text for text in after if re.fullmatch(r'\d+\.\d ?(°C)?', text)), None)
+
+
+def percentages(texts):
+    return [int(match.group(1)) for text in texts
+            for match in [re.fullmatch(r'Optimizing Gate Drivers \((\d+)%\)\.\.\.', text)] if match]
+
+
+def test_a_press_on_the_button_warms_the_display_up(desktop):
+    program = start(desktop)
+    desktop.controls.wait('STANDBY')
+
+    desktop.controls.press(TRIGGER)
+    desktop.controls.wait('WARMING UP')
+    seen_readouts, seen_percentages = set(), set()
+
+    def over():
+        texts = shown(desktop)
+        seen_readouts.add(readout(texts))
+        seen_percentages.update(percentages(texts))
+        return TRIGGER in texts
+
+    wait_for(over, PULSE_LIMIT + 10, 'the end of the warm-up')
+    assert len(seen_readouts - {None}) > 1, 'the temperature did not move'
+    assert len(seen_percentages) > 1, 'the percentage did not move'
+    assert all(0 <= percentage <= 100 for percentage in seen_percentages)
+    texts = shown(desktop)
+    assert 'WARMING UP' not in texts
+    assert 'PROTECTED' in texts or 'STANDBY' in texts
+
+    notification = desktop.notifications.next()
+    assert notification['summary'] == 'Orvalen'
+    assert re.fullmatch(r'Display Ready! Temperature: \d+\.\d°C', notification['body'])
+    assert notification['app_name'] == 'Orvalen'
+
+    assert program.poll() is None
+    assert desktop.written() == ''
+
+
+def test_closing_the_window_leaves_the_program_at_work(desktop):
+    program = start(desktop)
+    desktop.close('Orvalen')
+    time.sleep(2)  # "goes on" has no condition to wait for
+    assert program.poll() is None
+    assert desktop.written() == ''
+
+
+def test_control_q_ends_it_in_order(desktop):
+    program = start(desktop)
+    desktop.activate('Orvalen')
+    desktop.keys('ctrl+q')
+    assert program.wait(10) == 0
+    assert desktop.written() == ''
+
+
+def test_a_termination_signal_ends_it_in_order(desktop):
+    program = start(desktop)
+    program.terminate()
+    assert program.wait(10) == 0
+    assert desktop.written() == ''
