@@ -15,3 +15,20 @@ target_link_libraries(settings_writer PRIVATE orvalen_platform_qt)
 orvalen_test(settings_store_qt_test SOURCES SettingsStoreQtTest.cpp LIBRARIES orvalen_platform_qt)
 target_compile_definitions(settings_store_qt_test PRIVATE SETTINGS_WRITER="$<TARGET_FILE:settings_writer>")
 add_dependencies(settings_store_qt_test settings_writer)
+
+# Only the software driver, whatever hardware the machine has.
+file(GLOB software_vulkan_driver /usr/share/vulkan/icd.d/lvp_icd.*.json)
+orvalen_test(graphics_copies_vulkan_test SOURCES GraphicsCopiesVulkanTest.cpp
+    LIBRARIES orvalen_platform_linux_graphics
+    ENVIRONMENT "VK_ICD_FILENAMES=${software_vulkan_driver}")
+
+# The chimes, played to a real sound server and recorded.
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+add_executable(play_sound PlaySound.cpp)
+orvalen_common(play_sound)
+set_target_properties(play_sound PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${ORVALEN_TEST_OUTPUT_DIRECTORY}")
+target_link_libraries(play_sound PRIVATE orvalen_platform_linux_desktop)
+add_test(NAME SoundsCanberra
+    COMMAND "${Python3_EXECUTABLE}" "${CMAKE_CURRENT_SOURCE_DIR}/sounds_canberra_test.py" "$<TARGET_FILE:play_sound>"
+        "${CMAKE_BINARY_DIR}/${CMAKE_INSTALL_DATADIR}/sounds/orvalen")
+set_tests_properties(SoundsCanberra PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 180)

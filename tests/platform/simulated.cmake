@@ -1,5 +1,6 @@
 orvalen_test(platform_simulated_test
     SOURCES
+        simulated/SimulatedContractTest.cpp
         simulated/SimulatedLaptopTest.cpp
         simulated/SimulatedSensorsTest.cpp
         simulated/SimulatedWarmupTest.cpp

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+
+#include "platform/GraphicsCopies.h"
+#include "platform/linux/VulkanDevice.h"
+
+namespace orvalen {
+
+/// Copies one at a time on a Vulkan device of its own.
+class GraphicsQueueVulkan : public GraphicsQueue
+{
+public:
+    GraphicsQueueVulkan(std::unique_ptr<VulkanDevice> device, std::chrono::nanoseconds patience);
+    ~GraphicsQueueVulkan() override;
+    GraphicsQueueVulkan(GraphicsQueueVulkan &&) = delete;
+
+    /// Of type GraphicsBufferVulkan.
+    [[nodiscard]] std::unique_ptr<GraphicsBuffer> makeBuffer(std::size_t bytes) override;
+    void copy(GraphicsBuffer &from, GraphicsBuffer &to, std::size_t bytes) override;
+
+private:
+    std::unique_ptr<VulkanDevice> device;
+    std::chrono::nanoseconds patience;
+};
+
+} // namespace orvalen

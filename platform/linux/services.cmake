@@ -1,0 +1,16 @@
+# Graphics memory copies, sounds and notifications of a Linux desktop.
+
+find_package(PkgConfig REQUIRED)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus)
+pkg_check_modules(canberra REQUIRED IMPORTED_TARGET libcanberra>=0.30)
+
+# Headers only: the Vulkan library is loaded when a queue is opened, and only there.
+find_package(Vulkan 1.3 REQUIRED)
+orvalen_library(orvalen_platform_linux_graphics
+    GraphicsBufferVulkan.cpp
+    GraphicsCopiesVulkan.cpp
+    GraphicsQueueVulkan.cpp)
+target_link_libraries(orvalen_platform_linux_graphics PUBLIC orvalen_platform Vulkan::Headers PRIVATE ${CMAKE_DL_LIBS})
+
+orvalen_library(orvalen_platform_linux_desktop SoundsCanberra.cpp)
+target_link_libraries(orvalen_platform_linux_desktop PUBLIC orvalen_platform PRIVATE PkgConfig::canberra)

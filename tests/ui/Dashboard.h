@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QAccessible>
+#include <QApplication>
+#include <QWidget>
+
+#include "tests/support/FakeMachine.h"
+#include "ui/MainView.h"
+
+namespace orvalen::test {
+
+/// The window over a machine of fakes, whose pulse the test plays by hand.
+struct Dashboard
+{
+    FakeMachine machine;
+    FakeThermalEngine engine{machine};
+    AppState state{machine.stateServices(engine)};
+    MainView window{state, machine.urls};
+
+    void setBridge(double celsius, double soc = 0.0)
+    {
+        SystemThermalData data;
+        data.bridgeTemp = celsius;
+        data.socTemp = soc;
+        state.thermalData = data;
+    }
+
+    void show()
+    {
+        window.show();
+        settle();
+    }
+
+    /// Delivers what is waiting to be laid out, painted and announced.
+    static void settle()
+    {
+        for (int round = 0; round < 5; ++round) {
+            QCoreApplication::sendPostedEvents(nullptr, 0);
+            QCoreApplication::processEvents();
+        }
+    }
+
+    /// The widget that a person finds under that name, null if there is none or it is hidden.
+    template <typename Widget = QWidget>
+    [[nodiscard]] Widget *find(const QString &name) const
+    {
+        return findIn<Widget>(window, name);
+    }
+
+    template <typename Widget = QWidget>
+    [[nodiscard]] static Widget *findIn(const QWidget &root, const QString &name);
+};
+
+template <typename Widget>
+Widget *Dashboard::findIn(const QWidget &root, const QString &name)
+{
+    for (auto *widget : root.findChildren<Widget *>()) {
+        const auto *accessible = QAccessible::queryAccessibleInterface(widget);
+        if (widget->isVisibleTo(&root) && accessible && accessible->text(QAccessible::Name) == name)
+            return widget;
+    }
+    return nullptr;
+}
+
+} // namespace orvalen::test

@@ -1,0 +1,59 @@
+// Draws the window in its main states into a folder, to be looked at:
+//   QT_QPA_PLATFORM=offscreen ui_look FOLDER [FONT]     (QT_SCALE_FACTOR=2 for twice the pixels)
+#include <QFont>
+
+#include <cstdio>
+
+#include "platform/ColorScheme.h"
+#include "tests/ui/Dashboard.h"
+
+namespace {
+
+struct ChosenScheme : orvalen::ColorScheme
+{
+    Receive receive;
+    void follow(Receive newReceive) override { receive = std::move(newReceive); }
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    if (argc < 2) {
+        std::fputs("usage: ui_look FOLDER [FONT]\n", stderr);
+        return 2;
+    }
+    const auto folder = QString::fromLocal8Bit(argv[1]);
+    QFont font(argc > 2 ? QString::fromLocal8Bit(argv[2]) : QApplication::font().family());
+    font.setPixelSize(13);
+    QApplication::setFont(font);
+
+    orvalen::test::Dashboard dashboard;
+    ChosenScheme scheme;
+    dashboard.window.followColorScheme(scheme);
+    dashboard.show();
+    for (const bool dark : {false, true}) {
+        scheme.receive(dark ? 1 : 2);
+        for (const bool warming : {false, true}) {
+            for (const int width : {815, 1000, 1600}) {
+                dashboard.machine.sensors.set(warming ? 37.8 : 40.4);
+                dashboard.setBridge(warming ? 37.8 : 40.4, 46.2);
+                dashboard.state.isAcConnected = !warming;
+                dashboard.state.batteryPercent = 64;
+                dashboard.state.isUserAway = warming && width == 1600;
+                dashboard.state.isWarmingUp = warming;
+                dashboard.state.warmupProgress = warming ? 0.567 : 1.0;
+                dashboard.state.currentPulseTemp = 37.8;
+                dashboard.window.resize(width, width == 815 ? 560 : 680);
+                dashboard.settle();
+                const auto name = QStringLiteral("%1/dashboard-%2-%3-%4.png")
+                                      .arg(folder, dark ? "dark" : "light", warming ? "warming" : "idle")
+                                      .arg(width);
+                if (!dashboard.window.grab().save(name))
+                    return 1;
+            }
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QHash>
+
+#include "ui/kit/Builders.h"
+
+class QStackedLayout;
+
+namespace orvalen::kit {
+class TabButton;
+}
+
+namespace orvalen {
+
+class AppState;
+class UrlOpener;
+
+/// The centre column: who we are and how things stand, the tabs, and the chosen tab's content.
+class CenterDashboardView : public kit::Panel
+{
+    Q_OBJECT
+
+public:
+    CenterDashboardView(AppState &state, UrlOpener &urls, QWidget *parent = nullptr);
+
+    static constexpr int minimumColumnWidth = 420;
+
+private:
+    QWidget *header();
+    QWidget *statusBadge();
+    QWidget *tabBar();
+    kit::TabButton *tabButton(const QString &title, int tag, const QString &icon);
+    QWidget *content();
+
+    void showTab(int tag);
+    QWidget *makeTab(int tag);
+
+    AppState &state;
+    UrlOpener &urls;
+    QStackedLayout *pages = nullptr;
+    QHash<int, QWidget *> made; // tabs are made when they are first looked at
+};
+
+} // namespace orvalen

@@ -1,0 +1,10 @@
+#include "ui/LeftSidebarAdView.h"
+
+namespace orvalen {
+
+LeftSidebarAdView::LeftSidebarAdView(QWidget *parent) : Panel(kit::neutral::panel, EdgeLine::trailing, parent)
+{
+    setFixedWidth(columnWidth);
+}
+
+} // namespace orvalen

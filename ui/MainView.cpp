@@ -1,0 +1,49 @@
+#include "ui/MainView.h"
+
+#include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QShortcut>
+
+#include "ui/CenterDashboardView.h"
+#include "ui/LeftSidebarAdView.h"
+#include "ui/RightSidebarUtilityView.h"
+#include "ui/kit/Builders.h"
+#include "ui/kit/FocusRing.h"
+#include "ui/kit/Theme.h"
+
+namespace orvalen {
+
+namespace {
+
+constexpr QSize smallestRow{780, 560};
+constexpr int smallestColumns =
+    LeftSidebarAdView::columnWidth + CenterDashboardView::minimumColumnWidth + RightSidebarUtilityView::columnWidth;
+constexpr QSize usualSize{1000, 680};
+
+} // namespace
+
+MainView::MainView(AppState &state, UrlOpener &urls, QWidget *parent) : QWidget(parent), theme(new kit::Theme(*this))
+{
+    setWindowTitle(tr("Orvalen"));
+    setMinimumSize(smallestRow.expandedTo({smallestColumns, 0}));
+    resize(usualSize);
+
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    row->addWidget(new LeftSidebarAdView);
+    row->addWidget(new CenterDashboardView(state, urls), 1);
+    row->addWidget(new RightSidebarUtilityView);
+
+    new kit::FocusRing(*this);
+    auto *quit = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this);
+    quit->setContext(Qt::ApplicationShortcut);
+    connect(quit, &QShortcut::activated, qApp, &QCoreApplication::quit);
+}
+
+void MainView::followColorScheme(ColorScheme &scheme)
+{
+    theme->follow(scheme);
+}
+
+} // namespace orvalen

@@ -1,0 +1,52 @@
+#include "ui/QuenmarkLogo.h"
+
+#include <QPainter>
+
+#include "ui/kit/Builders.h"
+
+namespace orvalen {
+
+namespace {
+
+class Picture : public QWidget
+{
+public:
+    Picture(QImage image, int side) : image(std::move(image)) { setFixedSize(side, side); }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        const auto pixels = size() * devicePixelRatioF();
+        painter.drawImage(rect(), image.scaled(pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    }
+
+private:
+    QImage image;
+};
+
+} // namespace
+
+std::optional<QImage> firstPicture(const QStringList &files)
+{
+    for (const auto &file : files) {
+        if (QImage image(file); !image.isNull())
+            return image;
+    }
+    return std::nullopt;
+}
+
+std::optional<QImage> loadQuenmarkLogo()
+{
+    return firstPicture({":/quenmark-logo.png", "assets/quenmark-logo.png"});
+}
+
+QWidget *logoView(const std::optional<QImage> &logo, int side)
+{
+    if (logo)
+        return new Picture(*logo, side);
+    return kit::tile("shield.lefthalf.filled", side * 5 / 7, {.side = side, .radius = side / 4, .tint = 35})
+        .color(kit::accent::blue);
+}
+
+} // namespace orvalen

@@ -1,0 +1,89 @@
+#include "ui/kit/Accessibility.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+
+#include "ui/kit/Control.h"
+
+namespace orvalen::kit {
+
+namespace {
+
+/// A control's name is what it shows, asked for anew each time.
+class AccessibleControl : public QAccessibleWidget
+{
+public:
+    explicit AccessibleControl(Control &control)
+        : QAccessibleWidget(&control, control.accessibleRole()), control(control)
+    {
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        const auto given = QAccessibleWidget::text(kind);
+        return kind == QAccessible::Name && given.isEmpty() ? control.label() : given;
+    }
+
+    QAccessible::State state() const override
+    {
+        auto state = QAccessibleWidget::state();
+        const bool isTab = role() == QAccessible::PageTab;
+        state.checkable = control.isCheckable() && !isTab;
+        state.checked = state.checkable && control.isChecked();
+        state.selectable = isTab;
+        state.selected = isTab && control.isChecked();
+        state.pressed = control.isDown();
+        state.linked = role() == QAccessible::Link;
+        return state;
+    }
+
+    QStringList actionNames() const override
+    {
+        QStringList names;
+        if (control.isEnabled())
+            names << (state().checkable ? toggleAction() : pressAction());
+        return names + QAccessibleWidget::actionNames();
+    }
+
+    void doAction(const QString &name) override
+    {
+        if (name == pressAction() || name == toggleAction())
+            control.click();
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
+    QStringList keyBindingsForAction(const QString &) const override { return {}; }
+
+private:
+    Control &control;
+};
+
+QAccessibleInterface *makeInterface(const QString &, QObject *object)
+{
+    auto *control = qobject_cast<Control *>(object);
+    return control ? new AccessibleControl(*control) : nullptr;
+}
+
+} // namespace
+
+void installAccessibility()
+{
+    static const bool done = (QAccessible::installFactory(makeInterface), true);
+    static_cast<void>(done);
+}
+
+void announceName(QWidget &widget)
+{
+    QAccessibleEvent event(&widget, QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&event);
+}
+
+void announceAlert(QWidget &widget)
+{
+    announceName(widget);
+    QAccessibleEvent event(&widget, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+}
+
+} // namespace orvalen::kit

@@ -1,0 +1,16 @@
+#pragma once
+
+class QWidget;
+
+namespace orvalen::kit {
+
+/// Teaches the desktop's screen readers our controls. Once per process is enough; calling it again does nothing.
+void installAccessibility();
+
+/// Tells screen readers that the name of `widget` is another one now.
+void announceName(QWidget &widget);
+
+/// As announceName, and asks for it to be said at once.
+void announceAlert(QWidget &widget);
+
+} // namespace orvalen::kit

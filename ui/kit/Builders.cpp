@@ -1,0 +1,382 @@
+#include "ui/kit/Builders.h"
+
+#include <QBoxLayout>
+#include <QGridLayout>
+#include <QPainter>
+
+namespace orvalen::kit {
+
+namespace {
+
+class Hairline : public QWidget
+{
+public:
+    Hairline() { setFixedHeight(1); }
+
+protected:
+    void paintEvent(QPaintEvent *) override { QPainter(this).fillRect(rect(), neutral::edge.in(*this)); }
+};
+
+template <typename Widget>
+Widget *filled(Widget *widget, QBoxLayout::Direction direction, Elements elements, Qt::Alignment usualAlignment)
+{
+    auto *layout = new QBoxLayout(direction, widget);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(6);
+    for (const auto &[child, stretch, alignment] : elements) {
+        if (child)
+            layout->addWidget(child, stretch, alignment ? alignment : usualAlignment);
+        else
+            layout->addStretch(stretch);
+    }
+    return widget;
+}
+
+Badge *badge(const Badge::Style &style, const Live<QString> &word, const Live<Accent> &accent)
+{
+    auto *badge = new Badge(style);
+    accent.follow(*badge, [badge](const Accent &value) { badge->setAccent(value); });
+    word.follow(*badge, [badge](const QString &value) { badge->setWord(value); });
+    return badge;
+}
+
+template <typename Button>
+void onPress(Button *button, Action action)
+{
+    QObject::connect(button, &QAbstractButton::clicked, button, std::move(action));
+}
+
+} // namespace
+
+Element spacer()
+{
+    return {nullptr, 1};
+}
+
+Element filling(QWidget *widget)
+{
+    return {widget, 1};
+}
+
+Element leading(QWidget *widget)
+{
+    return {widget, 0, Qt::AlignLeading};
+}
+
+Element centred(QWidget *widget)
+{
+    return {widget, 0, Qt::AlignHCenter};
+}
+
+template <typename Widget>
+Container<Widget> Container<Widget>::spacing(int pixels) const
+{
+    if (auto *grid = qobject_cast<QGridLayout *>(this->widget->layout()))
+        grid->setSpacing(pixels);
+    else
+        this->widget->layout()->setSpacing(pixels);
+    return *this;
+}
+
+template <typename Widget>
+Container<Widget> Container<Widget>::padding(int left, int top, int right, int bottom) const
+{
+    this->widget->layout()->setContentsMargins(left, top, right, bottom);
+    return *this;
+}
+
+template class Container<QWidget>;
+template class Container<Card>;
+
+CardBuilt CardBuilt::tint(const Accent &accent, int percent) const
+{
+    widget->setTint(accent.vivid.at(percent));
+    return *this;
+}
+
+CardBuilt CardBuilt::radius(int pixels) const
+{
+    widget->setRadius(pixels);
+    return *this;
+}
+
+Container<QWidget> vStack(Elements elements)
+{
+    return Container<QWidget>(filled(new QWidget, QBoxLayout::TopToBottom, elements, {}));
+}
+
+Container<QWidget> vStackIn(QWidget &widget, Elements elements)
+{
+    return Container<QWidget>(filled(&widget, QBoxLayout::TopToBottom, elements, {}));
+}
+
+Container<QWidget> hStack(Elements elements)
+{
+    return Container<QWidget>(filled(new QWidget, QBoxLayout::LeftToRight, elements, Qt::AlignVCenter));
+}
+
+Container<QWidget> grid(int columns, Elements elements)
+{
+    auto *widget = new QWidget;
+    auto *layout = new QGridLayout(widget);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(10);
+    int place = 0;
+    for (const auto &element : elements) {
+        layout->addWidget(element.widget, place / columns, place % columns, element.alignment);
+        ++place;
+    }
+    for (int column = 0; column < columns; ++column) {
+        layout->setColumnStretch(column, 1);
+        layout->setColumnMinimumWidth(column, 10);
+    }
+    return Container<QWidget>(widget);
+}
+
+CardBuilt card(Elements elements)
+{
+    CardBuilt built(filled(new Card, QBoxLayout::TopToBottom, elements, {}));
+    built.padding(12);
+    return built;
+}
+
+Text Text::size(int pixels) const
+{
+    auto type = widget->type();
+    type.size = pixels;
+    widget->setType(type);
+    return *this;
+}
+
+Text Text::weight(int weight) const
+{
+    auto type = widget->type();
+    type.weight = weight;
+    widget->setType(type);
+    return *this;
+}
+
+Text Text::capitals() const
+{
+    auto type = widget->type();
+    type.capitals = true;
+    widget->setType(type);
+    return *this;
+}
+
+Text Text::color(const Live<Shade> &shade) const
+{
+    shade.follow(*widget, [label = widget](const Shade &value) { label->setShade(value); });
+    return *this;
+}
+
+Text Text::centred() const
+{
+    widget->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+    return *this;
+}
+
+Text Text::wrapped() const
+{
+    widget->setWraps(true);
+    return *this;
+}
+
+Text Text::elided(Qt::TextElideMode mode) const
+{
+    widget->setElided(mode);
+    return *this;
+}
+
+Text text(const Live<QString> &content)
+{
+    auto *label = new TextLabel;
+    content.follow(*label, [label](const QString &value) { label->setText(value); });
+    return Text(label);
+}
+
+Text title(const Live<QString> &content)
+{
+    return text(content).size(13).weight(QFont::DemiBold);
+}
+
+Text note(const Live<QString> &content)
+{
+    return text(content).size(11).color(neutral::secondary).wrapped();
+}
+
+Text caption(const Live<QString> &content)
+{
+    return text(content).size(10).weight(QFont::Bold).capitals().color(neutral::secondary);
+}
+
+Symbol Symbol::color(const Live<Accent> &accent) const
+{
+    accent.follow(*widget, [label = widget](const Accent &value) { label->setAccent(value); });
+    return *this;
+}
+
+Symbol Symbol::shade(const Shade &shade) const
+{
+    widget->setShade(shade);
+    return *this;
+}
+
+namespace {
+
+Symbol symbolOn(const std::optional<SymbolLabel::Tile> &tile, const Live<QString> &name, int size)
+{
+    auto *label = new SymbolLabel(size, tile);
+    name.follow(*label, [label](const QString &value) { label->setSymbol(value); });
+    return Symbol(label);
+}
+
+} // namespace
+
+Symbol symbol(const Live<QString> &name, int size)
+{
+    return symbolOn({}, name, size);
+}
+
+Symbol tile(const Live<QString> &name, int size, const SymbolLabel::Tile &tile)
+{
+    return symbolOn(tile, name, size);
+}
+
+Link Link::size(int pixels) const
+{
+    auto type = widget->textType();
+    type.size = pixels;
+    widget->setType(type);
+    return *this;
+}
+
+Link Link::weight(int weight) const
+{
+    auto type = widget->textType();
+    type.weight = weight;
+    widget->setType(type);
+    return *this;
+}
+
+Link Link::color(const Accent &accent) const
+{
+    widget->setShade(accent.ink);
+    return *this;
+}
+
+Link Link::symbol(const QString &name) const
+{
+    widget->setSymbol(name);
+    return *this;
+}
+
+Link Link::atTop() const
+{
+    widget->setTextAtTop(true);
+    return *this;
+}
+
+Link link(const Live<QString> &label, Action action)
+{
+    auto *widget = new LinkLabel;
+    label.follow(*widget, [widget](const QString &value) { widget->setLabel(value); });
+    onPress(widget, std::move(action));
+    return Link(widget);
+}
+
+Call Call::symbol(const Live<QString> &name) const
+{
+    name.follow(*widget, [button = widget](const QString &value) { button->setSymbol(value); });
+    return *this;
+}
+
+Call Call::color(const Live<Accent> &accent) const
+{
+    accent.follow(*widget, [button = widget](const Accent &value) { button->setAccent(value); });
+    return *this;
+}
+
+Call Call::progress(const Live<std::optional<double>> &fraction) const
+{
+    fraction.follow(*widget, [button = widget](std::optional<double> value) { button->setProgress(value); });
+    return *this;
+}
+
+Call Call::textSize(int pixels) const
+{
+    widget->setTextSize(pixels);
+    return *this;
+}
+
+Call callToAction(const Live<QString> &label, Action action)
+{
+    auto *button = new CallToAction;
+    label.follow(*button, [button](const QString &value) { button->setLabel(value); });
+    onPress(button, std::move(action));
+    return Call(button);
+}
+
+Built<SmallButton> smallButton(const QString &label, Action action)
+{
+    auto *button = new SmallButton;
+    button->setText(label);
+    onPress(button, std::move(action));
+    return Built(button);
+}
+
+Built<Toggle> toggle(Published<bool> &setting, const QString &name, const QString &description)
+{
+    auto *toggle = new Toggle;
+    toggle->setAccessibleName(name);
+    toggle->setAccessibleDescription(description);
+    Live<bool>(setting).follow(*toggle, [toggle](bool on) { toggle->setChecked(on); });
+    QObject::connect(toggle, &QAbstractButton::toggled, toggle, [&setting](bool on) {
+        if (setting.value() != on)
+            setting = on;
+    });
+    return Built(toggle);
+}
+
+Container<QWidget> toggleRow(Published<bool> &setting, const QString &name, const QString &description)
+{
+    return hStack({
+                      filling(vStack({
+                                         text(name).weight(QFont::DemiBold).wrapped(),
+                                         note(description).size(10),
+                                     })
+                                  .spacing(1)),
+                      toggle(setting, name, description),
+                  })
+        .spacing(12);
+}
+
+Built<Badge> statusBadge(const Live<QString> &word, const Live<Accent> &accent)
+{
+    return Built(badge({.isStatus = true}, word, accent));
+}
+
+Built<Badge> capsule(const Live<QString> &word, const Live<Accent> &accent, int size)
+{
+    return Built(badge({.type = {.size = size, .weight = QFont::Bold, .capitals = true}, .tint = 15, .padding = {7, 2}},
+                       word, accent));
+}
+
+Built<Badge> keyBadge(const QString &keys, const Accent &accent)
+{
+    return Built(
+        badge({.type = {.size = 12, .weight = QFont::Bold}, .tint = 12, .radius = 7, .padding = {9, 4}}, keys, accent));
+}
+
+QWidget *hairline()
+{
+    return new Hairline;
+}
+
+QWidget *shownWhile(const Live<bool> &condition, QWidget *widget)
+{
+    condition.follow(*widget, [widget](bool holds) { widget->setVisible(holds); });
+    return widget;
+}
+
+} // namespace orvalen::kit

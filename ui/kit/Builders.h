@@ -1,0 +1,168 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QWidget>
+
+#include <functional>
+#include <initializer_list>
+#include <optional>
+
+#include "ui/kit/Badge.h"
+#include "ui/kit/CallToAction.h"
+#include "ui/kit/Ground.h"
+#include "ui/kit/LinkLabel.h"
+#include "ui/kit/Live.h"
+#include "ui/kit/SmallButton.h"
+#include "ui/kit/SymbolLabel.h"
+#include "ui/kit/TextLabel.h"
+#include "ui/kit/Toggle.h"
+
+/// The words in which the views are written. A builder makes a widget; the calls chained to it say what differs from
+/// the usual. Every widget belongs to the stack, card or window that it is put into.
+namespace orvalen::kit {
+
+using Action = std::function<void()>;
+
+/// What a builder returns: the widget, to be put somewhere.
+template <typename Widget>
+class Built
+{
+public:
+    explicit Built(Widget *widget) : widget(widget) {}
+    operator Widget *() const { return widget; } // NOLINT: stands for the widget
+    Widget *operator->() const { return widget; }
+
+protected:
+    Widget *widget;
+};
+
+/// One place in a stack: a widget, or room.
+class Element
+{
+public:
+    template <std::convertible_to<QWidget *> Widget>
+    Element(const Widget &widget) : widget(widget) // NOLINT: a widget is an element
+    {
+    }
+    Element(QWidget *widget, int stretch, Qt::Alignment alignment = {})
+        : widget(widget), stretch(stretch), alignment(alignment)
+    {
+    }
+
+    QWidget *widget;
+    int stretch = 0;
+    Qt::Alignment alignment;
+};
+using Elements = std::initializer_list<Element>;
+
+Element spacer();                 ///< Takes the room that is left.
+Element filling(QWidget *widget); ///< As wide (or high) as there is room.
+Element leading(QWidget *widget); ///< In a vertical stack: as narrow as it can be, at the leading edge.
+Element centred(QWidget *widget);
+
+/// Something with elements in it.
+template <typename Widget>
+class Container : public Built<Widget>
+{
+public:
+    using Built<Widget>::Built;
+    Container spacing(int pixels) const;
+    Container padding(int all) const { return padding(all, all); }
+    Container padding(int horizontal, int vertical) const
+    {
+        return padding(horizontal, vertical, horizontal, vertical);
+    }
+    Container padding(int left, int top, int right, int bottom) const;
+};
+
+class CardBuilt : public Container<Card>
+{
+public:
+    using Container<Card>::Container;
+    CardBuilt tint(const Accent &accent, int percent) const;
+    CardBuilt radius(int pixels) const;
+};
+
+Container<QWidget> vStack(Elements elements);
+Container<QWidget> vStackIn(QWidget &widget, Elements elements); ///< Fills a widget that is there already.
+Container<QWidget> hStack(Elements elements);                    ///< Its elements are centred on one line.
+Container<QWidget> grid(int columns, Elements elements);         ///< Columns of one width.
+CardBuilt card(Elements elements);                               ///< A vertical stack on a card.
+
+class Text : public Built<TextLabel>
+{
+public:
+    using Built<TextLabel>::Built;
+    Text size(int pixels) const;
+    Text weight(int weight) const;
+    Text capitals() const;
+    Text color(const Live<Shade> &shade) const;
+    Text color(const Accent &accent) const { return color(accent.ink); }
+    Text centred() const;
+    Text wrapped() const;
+    Text elided(Qt::TextElideMode mode = Qt::ElideRight) const;
+};
+
+Text text(const Live<QString> &content);    ///< 12 px.
+Text title(const Live<QString> &content);   ///< 13 px, semi-bold: what a card is about.
+Text note(const Live<QString> &content);    ///< 11 px, secondary, wrapped: what explains it.
+Text caption(const Live<QString> &content); ///< 10 px, bold, secondary, for text in capitals.
+
+class Symbol : public Built<SymbolLabel>
+{
+public:
+    using Built<SymbolLabel>::Built;
+    Symbol color(const Live<Accent> &accent) const;
+    Symbol shade(const Shade &shade) const;
+};
+
+Symbol symbol(const Live<QString> &name, int size);
+Symbol tile(const Live<QString> &name, int size = 14, const SymbolLabel::Tile &tile = {}); ///< On a tinted tile.
+
+class Link : public Built<LinkLabel>
+{
+public:
+    using Built<LinkLabel>::Built;
+    Link size(int pixels) const;
+    Link weight(int weight) const;
+    Link color(const Accent &accent) const;
+    Link symbol(const QString &name) const; ///< After the text.
+    Link atTop() const;                     ///< The text at the upper edge of what can be hit.
+};
+
+Link link(const Live<QString> &label, Action action);
+
+class Call : public Built<CallToAction>
+{
+public:
+    using Built<CallToAction>::Built;
+    Call symbol(const Live<QString> &name) const;
+    Call color(const Live<Accent> &accent) const;
+    Call progress(const Live<std::optional<double>> &fraction) const;
+    Call textSize(int pixels) const;
+};
+
+Call callToAction(const Live<QString> &label, Action action);
+Built<SmallButton> smallButton(const QString &label, Action action);
+
+/// A switch for a setting, both ways. `name` and `description` are for screen readers.
+Built<Toggle> toggle(Published<bool> &setting, const QString &name, const QString &description = {});
+
+/// The same with both texts before it.
+Container<QWidget> toggleRow(Published<bool> &setting, const QString &name, const QString &description);
+
+/// A state in a word: with a dot, and said by screen readers when it changes.
+Built<Badge> statusBadge(const Live<QString> &word, const Live<Accent> &accent);
+
+/// A word in a capsule.
+Built<Badge> capsule(const Live<QString> &word, const Live<Accent> &accent, int size = 8);
+
+/// Keys to press.
+Built<Badge> keyBadge(const QString &keys, const Accent &accent);
+
+QWidget *hairline();
+
+/// Shows `widget` only while `condition` holds.
+QWidget *shownWhile(const Live<bool> &condition, QWidget *widget);
+
+} // namespace orvalen::kit

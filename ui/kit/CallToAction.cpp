@@ -1,0 +1,160 @@
+#include "ui/kit/CallToAction.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+#include <QPainterPath>
+#include <QStyle>
+
+#include <algorithm>
+#include <cmath>
+
+#include "ui/kit/Accessibility.h"
+#include "ui/kit/Symbols.h"
+#include "ui/kit/Type.h"
+
+namespace orvalen::kit {
+
+namespace {
+
+constexpr int buttonHeight = 38;
+constexpr int padding = 12;
+constexpr int symbolSize = 14;
+constexpr int gap = 6;
+
+} // namespace
+
+CallToAction::CallToAction(QWidget *parent) : Control(parent)
+{
+    setCursor(Qt::PointingHandCursor);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    const auto shadowChanges = [this] { updateShadow(*this); };
+    connect(this, &QAbstractButton::pressed, this, shadowChanges);
+    connect(this, &QAbstractButton::released, this, shadowChanges);
+}
+
+void CallToAction::setLabel(const QString &label)
+{
+    if (text == label)
+        return;
+    text = label;
+    updateGeometry();
+    update();
+    announceLater();
+}
+
+void CallToAction::setSymbol(const QString &symbol)
+{
+    if (symbolName == symbol)
+        return;
+    symbolName = symbol;
+    update();
+}
+
+void CallToAction::setAccent(const Accent &accent)
+{
+    if (color == accent)
+        return;
+    color = accent;
+    update();
+    updateShadow(*this);
+}
+
+void CallToAction::setProgress(std::optional<double> newProgress)
+{
+    if (progress == newProgress)
+        return;
+    progress = newProgress;
+    update();
+}
+
+void CallToAction::setTextSize(int size)
+{
+    textSize = size;
+    updateGeometry();
+}
+
+// A label that counts would never let a screen reader come to rest: while something is under way it is announced at
+// the start and at each quarter.
+QString CallToAction::announcement() const
+{
+    return progress ? QString::number(std::floor(4 * *progress)) : text;
+}
+
+void CallToAction::announceLater()
+{
+    if (std::exchange(announcing, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            announcing = false;
+            if (std::exchange(announced, announcement()) != announced)
+                announceName(*this);
+        },
+        Qt::QueuedConnection);
+}
+
+Shadow CallToAction::shadow() const
+{
+    if (!isEnabled())
+        return {};
+    const int part = isDown() ? 2 : 1;
+    return {.offset = 4 / part, .blur = 14 / part, .radius = radius, .shade = color.solid.at(30)};
+}
+
+QSize CallToAction::sizeHint() const
+{
+    const auto type = Type{.size = textSize, .weight = QFont::DemiBold};
+    return {QFontMetrics(type.font(*this)).horizontalAdvance(text) + symbolSize + gap + 2 * padding, buttonHeight};
+}
+
+QSize CallToAction::minimumSizeHint() const
+{
+    return {symbolSize + 2 * padding, buttonHeight};
+}
+
+void CallToAction::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (!isEnabled())
+        painter.setOpacity(0.45);
+
+    auto fill = color.solid.in(*this);
+    if (isDown())
+        fill = over(QColor(0, 0, 0, 20), fill);
+    else if (underMouse() && isEnabled())
+        fill = over(QColor(255, 255, 255, 15), fill);
+    QPainterPath shape;
+    shape.addRoundedRect(rect(), radius, radius);
+    // What is still to come is darker, rather than what is done lighter: white text stays legible on both.
+    painter.fillPath(shape, progress ? over(QColor(0, 0, 0, 41), fill) : fill);
+    if (progress) {
+        auto swept = QRectF(rect());
+        swept.setWidth(swept.width() * std::clamp(*progress, 0.0, 1.0));
+        if (isRightToLeft())
+            swept.moveRight(rect().right() + 1);
+        painter.save();
+        painter.setClipRect(swept);
+        painter.fillPath(shape, fill);
+        painter.restore();
+    }
+
+    const auto font = Type{.size = textSize, .weight = QFont::DemiBold}.font(*this);
+    const QFontMetrics metrics(font);
+    const int symbolRoom = symbolName.isEmpty() ? 0 : symbolSize + gap;
+    const auto shown = metrics.elidedText(text, Qt::ElideRight, width() - 2 * padding - symbolRoom);
+    QRect content(0, 0, symbolRoom + metrics.horizontalAdvance(shown), height());
+    content.moveLeft((width() - content.width()) / 2);
+
+    painter.setPen(neutral::onSolid.in(*this));
+    if (symbolRoom) {
+        const QRect place(content.left(), (height() - symbolSize) / 2, symbolSize, symbolSize);
+        paintSymbol(painter, QStyle::visualRect(layoutDirection(), rect(), place), symbolName, painter.pen().color());
+    }
+    painter.setFont(font);
+    painter.drawText(QStyle::visualRect(layoutDirection(), rect(), content.adjusted(symbolRoom, 0, 0, 0)),
+                     Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, shown);
+}
+
+} // namespace orvalen::kit

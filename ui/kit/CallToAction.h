@@ -1,0 +1,54 @@
+#pragma once
+
+#include <optional>
+
+#include "ui/kit/Control.h"
+#include "ui/kit/Ground.h"
+#include "ui/kit/Motion.h"
+
+namespace orvalen::kit {
+
+/// A full-width button in the solid tone of its accent, with a symbol before its label. It can show the progress of
+/// what it has set off: the fill sweeps from the leading edge, the label stays.
+class CallToAction : public Control, public ShadowCaster
+{
+    Q_OBJECT
+
+public:
+    explicit CallToAction(QWidget *parent = nullptr);
+
+    /// Each does nothing where nothing changes.
+    void setLabel(const QString &label);
+    void setSymbol(const QString &symbol);
+    void setAccent(const Accent &accent);
+    void setProgress(std::optional<double> progress); ///< 0 to 1, none: nothing is under way.
+    void setTextSize(int size);
+
+    [[nodiscard]] QString label() const override { return text; }
+    [[nodiscard]] const QString &symbol() const { return symbolName; }
+    [[nodiscard]] const Accent &accent() const { return color; }
+    [[nodiscard]] Outline outline() const override { return {rect(), radius}; }
+    [[nodiscard]] Shadow shadow() const override;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+    static constexpr int radius = 8;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void announceLater();
+    [[nodiscard]] QString announcement() const;
+
+    QString text;
+    QString symbolName;
+    Accent color = accent::blue;
+    int textSize = 12;
+    std::optional<double> progress;
+    QString announced;
+    bool announcing = false;
+};
+
+} // namespace orvalen::kit

@@ -1,0 +1,138 @@
+#include "ui/kit/Ground.h"
+
+#include <QEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace orvalen::kit {
+
+namespace {
+
+/// Calls `visit` for each visible shadow caster on `ground` itself, not for those on a ground above it.
+template <typename Visit>
+void visitCasters(const QWidget &ground, const QWidget &branch, const Visit &visit)
+{
+    for (auto *child : branch.children()) {
+        const auto *widget = qobject_cast<QWidget *>(child);
+        if (!widget || widget->isHidden() || widget->isWindow())
+            continue;
+        if (const auto *caster = dynamic_cast<const ShadowCaster *>(widget))
+            visit(*caster, QRect(widget->mapTo(&ground, QPoint(0, 0)), widget->size()));
+        if (!qobject_cast<const Ground *>(widget))
+            visitCasters(ground, *widget, visit);
+    }
+}
+
+// Rings of one pixel, each adding its part: soft enough at these sizes, and cheap.
+void paintShadow(QPainter &painter, const Shadow &shadow, QRectF rect, QColor color)
+{
+    rect.translate(0, shadow.offset);
+    const double full = color.alphaF();
+    double below = 0.0;
+    painter.setPen(Qt::NoPen);
+    for (int reach = shadow.blur; reach >= 0; --reach) {
+        const double nearness = 1.0 - reach / (shadow.blur + 1.0);
+        const double wanted = full * nearness * nearness;
+        const double added = (wanted - below) / (1.0 - below); // what lies below shines through
+        below = wanted;
+        color.setAlphaF(static_cast<float>(added));
+        painter.setBrush(color);
+        const double grown = reach - shadow.blur / 3.0;
+        painter.drawRoundedRect(rect.adjusted(-grown, -grown, grown, grown), shadow.radius + grown,
+                                shadow.radius + grown);
+    }
+}
+
+} // namespace
+
+void ShadowCaster::updateShadow(QWidget &caster)
+{
+    auto *ground = caster.parentWidget();
+    while (ground && !qobject_cast<Ground *>(ground))
+        ground = ground->parentWidget();
+    if (ground)
+        ground->update();
+}
+
+bool Ground::event(QEvent *event)
+{
+    const bool result = QWidget::event(event);
+    if (event->type() == QEvent::LayoutRequest) {
+        std::vector<QRect> now;
+        visitCasters(*this, *this, [&](const ShadowCaster &, const QRect &rect) { now.push_back(rect); });
+        if (now != shadowed)
+            update();
+    } else if (event->type() == QEvent::PaletteChange) {
+        update();
+    }
+    return result;
+}
+
+void Ground::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    paintShadows(painter);
+}
+
+void Ground::paintShadows(QPainter &painter) const
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    shadowed.clear();
+    visitCasters(*this, *this, [&](const ShadowCaster &caster, const QRect &rect) {
+        shadowed.push_back(rect);
+        const auto shadow = caster.shadow();
+        const auto color = shadow.shade.in(*this);
+        if (shadow.blur > 0 && color.alpha() > 0)
+            paintShadow(painter, shadow, rect, color);
+    });
+}
+
+Panel::Panel(const Shade &fill, EdgeLine edgeLine, QWidget *parent) : Ground(parent), fill(fill), edgeLine(edgeLine) {}
+
+void Panel::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), fill.in(*this));
+    if (edgeLine != EdgeLine::none) {
+        const bool right = (edgeLine == EdgeLine::trailing) != isRightToLeft();
+        painter.fillRect(right ? width() - 1 : 0, 0, 1, height(), neutral::columnEdge.in(*this));
+    }
+    paintShadows(painter);
+}
+
+Card::Card(QWidget *parent) : Ground(parent) {}
+
+void Card::setTint(const Shade &newTint)
+{
+    if (tint == newTint)
+        return;
+    tint = newTint;
+    update();
+}
+
+void Card::setRadius(int newRadius)
+{
+    radius = newRadius;
+    update();
+}
+
+Shadow Card::shadow() const
+{
+    return {.offset = 1, .blur = 2, .radius = radius, .shade = {qRgba(0, 0, 0, 15), qRgba(0, 0, 0, 0)}};
+}
+
+void Card::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(over(tint.in(*this), neutral::card.in(*this)));
+    painter.drawRoundedRect(rect(), radius, radius);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(neutral::edge.in(*this));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+    paintShadows(painter);
+}
+
+} // namespace orvalen::kit

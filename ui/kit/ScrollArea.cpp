@@ -1,0 +1,74 @@
+#include "ui/kit/ScrollArea.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+#include "ui/kit/Shade.h"
+
+namespace orvalen::kit {
+
+namespace {
+
+constexpr int barWidth = 8;
+
+class SlimBar : public QScrollBar
+{
+public:
+    explicit SlimBar(QWidget *parent) : QScrollBar(Qt::Vertical, parent) { setAttribute(Qt::WA_Hover); }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        const double range = maximum() - minimum();
+        const double length = std::max(24.0, height() * pageStep() / (range + pageStep()));
+        const double top = (height() - length) * (value() - minimum()) / std::max(1.0, range);
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(neutral::secondary.at(underMouse() || isSliderDown() ? 75 : 45).in(*this));
+        painter.drawRoundedRect(QRectF(2, top + 2, barWidth - 4, length - 4), 2, 2);
+    }
+};
+
+} // namespace
+
+ScrollArea::ScrollArea(QWidget *content, QWidget *parent) : QScrollArea(parent), overlay(new SlimBar(this))
+{
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setWidgetResizable(true);
+    setFocusPolicy(Qt::NoFocus);
+    viewport()->setAutoFillBackground(false);
+    setWidget(content);
+    content->setAutoFillBackground(false);
+
+    auto *bar = verticalScrollBar();
+    overlay->setFocusPolicy(Qt::NoFocus);
+    overlay->hide();
+    connect(bar, &QScrollBar::rangeChanged, overlay, [this, bar](int from, int to) {
+        overlay->setRange(from, to);
+        overlay->setPageStep(bar->pageStep());
+        overlay->setSingleStep(bar->singleStep());
+        overlay->setVisible(to > from);
+    });
+    connect(bar, &QScrollBar::valueChanged, overlay, &QScrollBar::setValue);
+    connect(overlay, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
+}
+
+QSize ScrollArea::minimumSizeHint() const
+{
+    return {widget()->minimumSizeHint().width(), 0};
+}
+
+void ScrollArea::resizeEvent(QResizeEvent *event)
+{
+    QScrollArea::resizeEvent(event);
+    const int x = isRightToLeft() ? 0 : width() - barWidth;
+    overlay->setGeometry(x, 0, barWidth, height());
+    overlay->setPageStep(verticalScrollBar()->pageStep());
+    overlay->raise();
+}
+
+} // namespace orvalen::kit

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QScrollArea>
+#include <QScrollBar>
+
+namespace orvalen::kit {
+
+/// Scrolls its content up and down, without a frame, under a slim bar that takes no room from the content. The content
+/// is always as wide as the area.
+class ScrollArea : public QScrollArea
+{
+    Q_OBJECT
+
+public:
+    explicit ScrollArea(QWidget *content, QWidget *parent = nullptr);
+
+    QSize minimumSizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    QScrollBar *overlay;
+};
+
+} // namespace orvalen::kit

@@ -1,0 +1,141 @@
+#include "ui/kit/TextLabel.h"
+
+#include <QEvent>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QStyle>
+#include <QTextLayout>
+#include <QTextOption>
+
+#include <cmath>
+#include <limits>
+
+namespace orvalen::kit {
+
+namespace {
+
+constexpr int comfortableWidth = 320; // of a paragraph that nobody has given a width
+
+QSizeF lay(QTextLayout &layout, double width, int lineHeight)
+{
+    double y = 0.0;
+    double widest = 0.0;
+    layout.beginLayout();
+    for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition({0.0, y + (lineHeight - line.height()) / 2});
+        y += lineHeight;
+        widest = std::max(widest, line.naturalTextWidth());
+    }
+    layout.endLayout();
+    return {widest, y};
+}
+
+} // namespace
+
+TextLabel::TextLabel(QWidget *parent) : QLabel(parent)
+{
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+}
+
+void TextLabel::setType(const Type &newType)
+{
+    if (textType == newType)
+        return;
+    textType = newType;
+    updateGeometry();
+    update();
+}
+
+void TextLabel::setShade(const Shade &newShade)
+{
+    if (textShade == newShade)
+        return;
+    textShade = newShade;
+    update();
+}
+
+void TextLabel::setWraps(bool wraps)
+{
+    setWordWrap(wraps);
+}
+
+void TextLabel::setElided(Qt::TextElideMode mode)
+{
+    elideMode = mode;
+    updateGeometry();
+}
+
+QSize TextLabel::laidOut(int width) const
+{
+    const auto font = textType.font(*this);
+    QTextLayout layout(text(), font);
+    QTextOption option;
+    option.setWrapMode(wordWrap() ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
+    layout.setTextOption(option);
+    const auto size = lay(layout, width, lineHeight(font));
+    return {static_cast<int>(std::ceil(size.width())), static_cast<int>(size.height())};
+}
+
+QSize TextLabel::sizeHint() const
+{
+    constexpr int unlimited = 1 << 20;
+    const auto natural = laidOut(unlimited);
+    return wordWrap() && natural.width() > comfortableWidth ? laidOut(comfortableWidth) : natural;
+}
+
+QSize TextLabel::minimumSizeHint() const
+{
+    const auto natural = sizeHint();
+    if (elideMode != Qt::ElideNone)
+        return {QFontMetrics(textType.font(*this)).horizontalAdvance(QChar(0x2026)), natural.height()};
+    if (!wordWrap())
+        return natural;
+    const QFontMetricsF metrics(textType.font(*this));
+    double longestWord = 0.0;
+    for (const auto &word : QStringView(text()).split(u' '))
+        longestWord = std::max(longestWord, metrics.horizontalAdvance(word.toString()));
+    return {static_cast<int>(std::ceil(longestWord)), lineHeight(textType.font(*this))};
+}
+
+int TextLabel::heightForWidth(int width) const
+{
+    return wordWrap() ? laidOut(width).height() : -1;
+}
+
+void TextLabel::paintEvent(QPaintEvent *)
+{
+    const auto font = textType.font(*this);
+    const auto shownText =
+        elideMode == Qt::ElideNone ? text() : QFontMetrics(font).elidedText(text(), elideMode, width());
+    QTextLayout layout(shownText, font);
+    QTextOption option(QStyle::visualAlignment(layoutDirection(), alignment()) & Qt::AlignHorizontal_Mask);
+    option.setTextDirection(layoutDirection());
+    option.setWrapMode(wordWrap() ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
+    layout.setTextOption(option);
+    const auto size = lay(layout, width(), lineHeight(font));
+
+    double y = 0.0;
+    if (alignment() & Qt::AlignVCenter)
+        y = std::floor((height() - size.height()) / 2);
+    else if (alignment() & Qt::AlignBottom)
+        y = height() - size.height();
+
+    QPainter painter(this);
+    painter.setPen(textShade.in(*this));
+    if (!isEnabled())
+        painter.setOpacity(0.45);
+    layout.draw(&painter, {0.0, y});
+}
+
+void TextLabel::changeEvent(QEvent *event)
+{
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        updateGeometry();
+    if (event->type() == QEvent::PaletteChange)
+        update();
+}
+
+} // namespace orvalen::kit

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QLabel>
+
+#include "ui/kit/Shade.h"
+#include "ui/kit/Type.h"
+
+namespace orvalen::kit {
+
+/// Text set by our rules: sizes in pixels, lines 1.35 times as high as the letters, a colour for each theme.
+class TextLabel : public QLabel
+{
+    Q_OBJECT
+
+public:
+    explicit TextLabel(QWidget *parent = nullptr);
+
+    /// Each does nothing where nothing changes.
+    void setType(const Type &type);
+    void setShade(const Shade &shade);
+    void setWraps(bool wraps);
+    void setElided(Qt::TextElideMode mode); ///< Shortens the one line that does not fit.
+
+    [[nodiscard]] const Type &type() const { return textType; }
+    [[nodiscard]] const Shade &shade() const { return textShade; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    int heightForWidth(int width) const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    [[nodiscard]] QSize laidOut(int width) const;
+
+    Type textType;
+    Shade textShade = neutral::text;
+    Qt::TextElideMode elideMode = Qt::ElideNone;
+};
+
+} // namespace orvalen::kit

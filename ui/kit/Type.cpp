@@ -1,0 +1,48 @@
+#include "ui/kit/Type.h"
+
+#include <QFontInfo>
+#include <QWidget>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvalen::kit {
+
+namespace {
+
+constexpr double usualSystemFont = 13.0; // px
+constexpr int smallestPlainSize = 10;    // anything smaller is hard to read unless it is heavier
+
+} // namespace
+
+double textScale(const QFont &systemFont)
+{
+    return std::clamp(QFontInfo(systemFont).pixelSize() / usualSystemFont, 1.0, 1.25);
+}
+
+QFont Type::font(const QWidget &widget) const
+{
+    QFont font = widget.font();
+    font.setPixelSize(static_cast<int>(std::lround(size * textScale(widget.font()))));
+    font.setWeight(
+        static_cast<QFont::Weight>(size < smallestPlainSize ? std::max<int>(weight, QFont::DemiBold) : weight));
+    if (capitals)
+        font.setLetterSpacing(QFont::PercentageSpacing, 105);
+    return font;
+}
+
+int lineHeight(const QFont &font)
+{
+    return static_cast<int>(std::lround(1.35 * font.pixelSize()));
+}
+
+QFont numberFont(const QWidget &widget, int size)
+{
+    QFont font = Type{.size = size, .weight = QFont::ExtraBold}.font(widget);
+    font.setFamilies(QStringList{".AppleSystemUIFontRounded", "SF Pro Rounded", "Nunito", "Inter Display", "Inter"} +
+                     font.families());
+    font.setLetterSpacing(QFont::PercentageSpacing, 98);
+    return font;
+}
+
+} // namespace orvalen::kit
