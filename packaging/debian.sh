@@ -4,7 +4,7 @@
 buildPackages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev libqt6svg6-dev
-    libxcb1-dev libxcb-screensaver0-dev
+    libxcb1-dev libxcb-randr0-dev libxcb-screensaver0-dev
     libvulkan-dev
     libcanberra-dev
 )
@@ -24,7 +24,10 @@ testPackages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     clang clang-format clang-tidy
     python3 python3-pytest python3-gi gir1.2-atspi-2.0 at-spi2-core
+    mesa-vulkan-drivers
+    pipewire pipewire-pulse wireplumber libcanberra-pulse pulseaudio-utils sound-theme-freedesktop sox
     git xdotool
+    stress-ng
 )
 
 isInstalled() {
