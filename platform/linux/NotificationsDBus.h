@@ -34,7 +34,7 @@ public:
     /// see before it lets a window come to the front; empty where there is none.
     std::function<void(const std::string &activationToken)> onClicked;
 
-private slots:
+private Q_SLOTS:
     void takeToken(uint id, const QString &token, const QDBusMessage &signal);
     void takeAction(uint id, const QString &action, const QDBusMessage &signal);
 
