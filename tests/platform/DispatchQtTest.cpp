@@ -186,11 +186,13 @@ TEST_F(DispatchQtTest, aDroppedTaskMayPostWhileItIsFreed)
 {
     struct PostsAtTheEnd
     {
-        Dispatch &dispatch;
+        explicit PostsAtTheEnd(Dispatch &dispatch) : dispatch(dispatch) {}
         ~PostsAtTheEnd()
         {
             dispatch.onMain([] {});
         }
+
+        Dispatch &dispatch;
     };
     dispatch.onMain([last = std::make_shared<PostsAtTheEnd>(dispatch)] {});
     application.reset();
