@@ -14,6 +14,7 @@ int main(int argc, char **argv)
     Platform::install(nativePlatform(QStringLiteral("Orvalen")));
 
     MainView window(AppState::shared(), *Platform::installed().urls);
+    window.followColorScheme(*Platform::installed().colorScheme);
     window.show();
     runProgram();
 }

@@ -30,6 +30,7 @@ int main(int argc, char **argv)
 
     auto &state = AppState::shared();
     MainView window(state, *Platform::installed().urls);
+    window.followColorScheme(*Platform::installed().colorScheme);
     SimulatedLaptopWindow laptopWindow(state, laptop);
     window.show();
     laptopWindow.show();

@@ -15,7 +15,8 @@ void Platform::install(Platform platform)
 {
     const bool complete = platform.clock && platform.dispatch && platform.processors && platform.temperatureSensors &&
                           platform.powerSources && platform.inputIdleTime && platform.graphicsCopies &&
-                          platform.settings && platform.sounds && platform.notifications && platform.urls;
+                          platform.settings && platform.sounds && platform.notifications && platform.urls &&
+                          platform.colorScheme;
     if (theOne || !complete)
         std::abort();
     theOne = new Platform(std::move(platform));

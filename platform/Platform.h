@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/Clock.h"
+#include "platform/ColorScheme.h"
 #include "platform/Dispatch.h"
 #include "platform/GraphicsCopies.h"
 #include "platform/InputIdleTime.h"
@@ -31,6 +32,7 @@ struct Platform
     std::unique_ptr<Sounds> sounds;
     std::unique_ptr<Notifications> notifications;
     std::unique_ptr<UrlOpener> urls;
+    std::unique_ptr<ColorScheme> colorScheme;
 
     /// Main thread. Installing twice, or a platform with a service missing, is a programming error and aborts.
     static void install(Platform platform);

@@ -12,5 +12,9 @@ orvalen_library(orvalen_platform_linux_graphics
     GraphicsQueueVulkan.cpp)
 target_link_libraries(orvalen_platform_linux_graphics PUBLIC orvalen_platform Vulkan::Headers PRIVATE ${CMAKE_DL_LIBS})
 
-orvalen_library(orvalen_platform_linux_desktop SoundsCanberra.cpp)
-target_link_libraries(orvalen_platform_linux_desktop PUBLIC orvalen_platform PRIVATE PkgConfig::canberra)
+orvalen_library(orvalen_platform_linux_desktop
+    NotificationsDBus.cpp NotificationsDBus.h
+    SoundsCanberra.cpp)
+set_target_properties(orvalen_platform_linux_desktop PROPERTIES AUTOMOC ON)
+target_link_libraries(orvalen_platform_linux_desktop PUBLIC orvalen_platform Qt6::Core Qt6::DBus
+    PRIVATE PkgConfig::canberra)

@@ -1,5 +1,5 @@
 # Tests of the adapters that give the program its services: queues, settings, sounds, graphics, notifications.
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui)
 
 
 orvalen_test(dispatch_qt_test SOURCES DispatchQtTest.cpp LIBRARIES orvalen_platform_qt)
@@ -32,3 +32,7 @@ add_test(NAME SoundsCanberra
     COMMAND "${Python3_EXECUTABLE}" "${CMAKE_CURRENT_SOURCE_DIR}/sounds_canberra_test.py" "$<TARGET_FILE:play_sound>"
         "${CMAKE_BINARY_DIR}/${CMAKE_INSTALL_DATADIR}/sounds/orvalen")
 set_tests_properties(SoundsCanberra PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 180)
+
+# Against a server of the test's own on a bus of its own.
+orvalen_test(notifications_dbus_test SOURCES NotificationsDBusTest.cpp LIBRARIES orvalen_platform_linux_desktop)
+set_target_properties(notifications_dbus_test PROPERTIES AUTOMOC ON)
