@@ -79,10 +79,12 @@ private:
     void compose(const Arguments &arguments, std::index_sequence<Index...>)
     {
         start = [function = std::get<sizeof...(Index)>(arguments),
-                 &...sources = std::get<Index>(arguments)](const Receive &receive) {
-            const auto refresh = [=, &sources...] { receive(std::invoke(function, sources.value()...)); };
+                 sources = std::tuple(&std::get<Index>(arguments)...)](const Receive &receive) {
+            const auto refresh = [=](const auto &) {
+                std::apply([&](auto *...source) { receive(std::invoke(function, source->value()...)); }, sources);
+            };
             Subscriptions subscriptions;
-            (subscriptions.push_back(sources.subscribe([refresh](const auto &) { refresh(); })), ...);
+            std::apply([&](auto *...source) { (subscriptions.push_back(source->subscribe(refresh)), ...); }, sources);
             return subscriptions;
         };
     }
