@@ -186,6 +186,7 @@ TEST_F(DispatchQtTest, aDroppedTaskMayPostWhileItIsFreed)
 {
     struct PostsAtTheEnd
     {
+        explicit PostsAtTheEnd(Dispatch &dispatch) : dispatch(dispatch) {}
         Dispatch &dispatch;
         ~PostsAtTheEnd()
         {
