@@ -36,6 +36,7 @@ MainView::MainView(AppState &state, UrlOpener &urls, QWidget *parent) : QWidget(
     row->addWidget(new RightSidebarUtilityView);
 
     new kit::FocusRing(*this);
+    setFocus(); // no control has the keyboard before it is asked for
     auto *quit = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this);
     quit->setContext(Qt::ApplicationShortcut);
     connect(quit, &QShortcut::activated, qApp, &QCoreApplication::quit);

@@ -18,6 +18,14 @@ constexpr kit::Type unitType{.size = 20, .weight = QFont::Medium};
 constexpr int gap = 4;
 const auto unit = QStringLiteral("°C");
 
+int widestUsualNumber(const QFont &font)
+{
+    int widest = 0;
+    for (const QChar digit : QStringLiteral("0123456789"))
+        widest = std::max(widest, kit::textWidth(font, QString("xx.x").replace('x', digit)));
+    return widest;
+}
+
 } // namespace
 
 TemperatureReadout::TemperatureReadout(QWidget *parent) : QLabel(parent), fading(*this)
@@ -45,9 +53,10 @@ void TemperatureReadout::setShade(const kit::Shade &shade)
 
 QSize TemperatureReadout::sizeHint() const
 {
-    const QFontMetrics number(kit::numberFont(*this, numberSize));
-    const int box = std::max(number.horizontalAdvance(QStringLiteral("88.8")), number.horizontalAdvance(text()));
-    return {box + gap + QFontMetrics(unitType.font(*this)).horizontalAdvance(unit), number.ascent() + number.descent()};
+    const auto font = kit::numberFont(*this, numberSize);
+    const QFontMetrics number(font);
+    const int box = std::max(widestUsualNumber(font), kit::textWidth(font, text()));
+    return {box + gap + kit::textWidth(unitType.font(*this), unit), number.ascent() + number.descent()};
 }
 
 void TemperatureReadout::paintEvent(QPaintEvent *)
@@ -56,12 +65,12 @@ void TemperatureReadout::paintEvent(QPaintEvent *)
     const auto unitFont = unitType.font(*this);
     const QFontMetrics number(numberFont);
     const int baseline = number.ascent();
-    const int unitLeft = width() - QFontMetrics(unitFont).horizontalAdvance(unit);
+    const int unitLeft = width() - kit::textWidth(unitFont, unit);
 
     QPainter painter(this);
     painter.setFont(numberFont);
     painter.setPen(fading.shown().in(*this));
-    painter.drawText(unitLeft - gap - number.horizontalAdvance(text()), baseline, text());
+    painter.drawText(unitLeft - gap - kit::textWidth(numberFont, text()), baseline, text());
     painter.setFont(unitFont);
     painter.setPen(kit::neutral::secondary.in(*this));
     painter.drawText(unitLeft, baseline, unit);

@@ -6,7 +6,8 @@
 
 namespace orvalen {
 
-/// The large number with its unit. Takes the room of "88.8" at least, so that it stands still while it counts.
+/// The large number with its unit. Takes the room of the widest number of two digits at least, so
+/// that it stands still while it counts.
 class TemperatureReadout : public QLabel
 {
     Q_OBJECT

@@ -82,6 +82,11 @@ std::vector<TemperatureReading> SimulatedLaptop::trueReadings()
     return readings();
 }
 
+std::chrono::nanoseconds SimulatedLaptop::now() const
+{
+    return means.clock.now();
+}
+
 double SimulatedLaptop::roomCelsius()
 {
     const std::lock_guard guard(lock);

@@ -187,11 +187,12 @@ TEST_F(DispatchQtTest, aDroppedTaskMayPostWhileItIsFreed)
     struct PostsAtTheEnd
     {
         explicit PostsAtTheEnd(Dispatch &dispatch) : dispatch(dispatch) {}
-        Dispatch &dispatch;
         ~PostsAtTheEnd()
         {
             dispatch.onMain([] {});
         }
+
+        Dispatch &dispatch;
     };
     dispatch.onMain([last = std::make_shared<PostsAtTheEnd>(dispatch)] {});
     application.reset();

@@ -11,14 +11,15 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <map>
+#include <functional>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace orvalen {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr int patienceMilliseconds = 30'000;
 

@@ -46,7 +46,9 @@ protected:
         opened.write(text);
     }
 
-    QTemporaryDir folder;
+    /// In memory where there is such a place: the hundreds of writes here are not to wait for a busy disk.
+    QTemporaryDir folder{QFileInfo("/dev/shm").isWritable() ? QString("/dev/shm/orvalen-settings-XXXXXX")
+                                                            : QDir::temp().filePath("orvalen-settings-XXXXXX")};
     QString file = folder.filePath("Quenmark/Orvalen.ini");
 };
 

@@ -1,6 +1,7 @@
 // Draws the window in its main states into a folder, to be looked at:
 //   QT_QPA_PLATFORM=offscreen ui_look FOLDER [FONT]     (QT_SCALE_FACTOR=2 for twice the pixels)
 #include <QFont>
+#include <QThread>
 
 #include <cstdio>
 
@@ -46,6 +47,8 @@ int main(int argc, char *argv[])
                 dashboard.state.warmupProgress = warming ? 0.567 : 1.0;
                 dashboard.state.currentPulseTemp = 37.8;
                 dashboard.window.resize(width, width == 815 ? 560 : 680);
+                dashboard.settle();
+                QThread::msleep(250); // what fades has faded
                 dashboard.settle();
                 const auto name = QStringLiteral("%1/dashboard-%2-%3-%4.png")
                                       .arg(folder, dark ? "dark" : "light", warming ? "warming" : "idle")

@@ -54,9 +54,11 @@ void Badge::announceLater()
         this,
         [this] {
             announcing = false;
-            const bool isFirst = announced.isEmpty();
-            if (std::exchange(announced, text()) != announced && !isFirst)
-                announceAlert(*this);
+            const auto before = std::exchange(lastAnnounced, text());
+            if (before.isEmpty() || before == text())
+                return;
+            announceAlert(*this);
+            Q_EMIT announced(text());
         },
         Qt::QueuedConnection);
 }
@@ -65,7 +67,7 @@ QSize Badge::sizeHint() const
 {
     const auto font = style.type.font(*this);
     const int dotRoom = style.isStatus ? dot + gap : 0;
-    return {QFontMetrics(font).horizontalAdvance(text()) + dotRoom + 2 * style.padding.width(),
+    return {textWidth(font, text()) + dotRoom + 2 * style.padding.width(),
             static_cast<int>(std::lround(1.2 * font.pixelSize())) + 2 * style.padding.height()};
 }
 

@@ -30,6 +30,10 @@ public:
 
     [[nodiscard]] const Accent &accent() const { return color; }
 
+Q_SIGNALS:
+    void announced(const QString &word); ///< Screen readers have been told.
+
+public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -44,7 +48,7 @@ private:
     Accent color = accent::gray;
     FadingShade vivid;
     FadingShade ink;
-    QString announced;
+    QString lastAnnounced;
     bool announcing = false;
 };
 

@@ -88,8 +88,10 @@ void CallToAction::announceLater()
         this,
         [this] {
             announcing = false;
-            if (std::exchange(announced, announcement()) != announced)
-                announceName(*this);
+            if (std::exchange(lastAnnounced, announcement()) == announcement())
+                return;
+            announceName(*this);
+            Q_EMIT announced(text);
         },
         Qt::QueuedConnection);
 }
@@ -105,7 +107,7 @@ Shadow CallToAction::shadow() const
 QSize CallToAction::sizeHint() const
 {
     const auto type = Type{.size = textSize, .weight = QFont::DemiBold};
-    return {QFontMetrics(type.font(*this)).horizontalAdvance(text) + symbolSize + gap + 2 * padding, buttonHeight};
+    return {textWidth(type.font(*this), text) + symbolSize + gap + 2 * padding, buttonHeight};
 }
 
 QSize CallToAction::minimumSizeHint() const

@@ -30,6 +30,10 @@ public:
     [[nodiscard]] Outline outline() const override { return {rect(), radius}; }
     [[nodiscard]] Shadow shadow() const override;
 
+Q_SIGNALS:
+    void announced(const QString &label); ///< Screen readers have been told.
+
+public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -47,7 +51,7 @@ private:
     Accent color = accent::blue;
     int textSize = 12;
     std::optional<double> progress;
-    QString announced;
+    QString lastAnnounced;
     bool announcing = false;
 };
 

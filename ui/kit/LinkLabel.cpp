@@ -73,7 +73,7 @@ QSize LinkLabel::sizeHint() const
 {
     const auto font = type.font(*this);
     const int symbolRoom = symbolName.isEmpty() ? 0 : symbolGap + symbolSize();
-    return {QFontMetrics(font).horizontalAdvance(text) + symbolRoom, std::max(lineHeight(font), smallestTarget)};
+    return {textWidth(font, text) + symbolRoom, std::max(lineHeight(font), smallestTarget)};
 }
 
 QSize LinkLabel::minimumSizeHint() const

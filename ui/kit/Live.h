@@ -79,10 +79,15 @@ private:
     void compose(const Arguments &arguments, std::index_sequence<Index...>)
     {
         start = [function = std::get<sizeof...(Index)>(arguments),
-                 &...sources = std::get<Index>(arguments)](const Receive &receive) {
-            const auto refresh = [=, &sources...] { receive(std::invoke(function, sources.value()...)); };
+                 sources = std::tie(std::get<Index>(arguments)...)](const Receive &receive) {
+            const auto refresh = [=] {
+                receive(std::apply([&](auto &...source) { return std::invoke(function, source.value()...); }, sources));
+            };
             Subscriptions subscriptions;
-            (subscriptions.push_back(sources.subscribe([refresh](const auto &) { refresh(); })), ...);
+            const auto follow = [&](auto &source) {
+                subscriptions.push_back(source.subscribe([refresh](const auto &) { refresh(); }));
+            };
+            std::apply([&](auto &...source) { (follow(source), ...); }, sources);
             return subscriptions;
         };
     }

@@ -32,7 +32,7 @@ void SmallButton::setAccent(const Accent &accent)
 
 QSize SmallButton::sizeHint() const
 {
-    return {QFontMetrics(type.font(*this)).horizontalAdvance(text()) + 2 * padding, buttonHeight};
+    return {textWidth(type.font(*this), text()) + 2 * padding, buttonHeight};
 }
 
 void SmallButton::paintEvent(QPaintEvent *)

@@ -19,7 +19,7 @@ constexpr int gap = 4;
 TabBar::TabBar(std::vector<TabButton *> given, int wideFrom, QWidget *parent)
     : QWidget(parent), tabs(std::move(given)), wideFrom(wideFrom)
 {
-    auto policy = QSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    auto policy = QSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     for (auto *tab : tabs) {
@@ -68,7 +68,7 @@ void TabBar::resizeEvent(QResizeEvent *)
 void TabBar::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::FontChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::LayoutDirectionChange)
         place();
 }
 

@@ -57,8 +57,8 @@ void TabButton::setSelected(bool selected)
 QSize TabButton::sizeHintWhen(bool isStackedThen) const
 {
     const auto &layout = isStackedThen ? above : beside;
-    const int textWidth = QFontMetrics(fontFor(*this, layout, true)).horizontalAdvance(title);
-    const int width = isStackedThen ? textWidth : layout.symbolSize + layout.gap + textWidth;
+    const int titleWidth = textWidth(fontFor(*this, layout, true), title);
+    const int width = isStackedThen ? titleWidth : layout.symbolSize + layout.gap + titleWidth;
     return {width + 2 * layout.padding, layout.height};
 }
 
@@ -84,18 +84,18 @@ void TabButton::paintEvent(QPaintEvent *)
 
     const int room = width() - 2 * layout.padding - (stacked ? 0 : layout.symbolSize + layout.gap);
     const auto shown = metrics.elidedText(title, Qt::ElideRight, room);
-    const int textWidth = metrics.horizontalAdvance(shown);
+    const int titleWidth = metrics.horizontalAdvance(shown);
     QRect symbolPlace;
     QRect textPlace;
     if (stacked) {
         const int textHeight = lineHeight(font);
         const int top = (height() - layout.symbolSize - layout.gap - textHeight) / 2;
         symbolPlace = {(width() - layout.symbolSize) / 2, top, layout.symbolSize, layout.symbolSize};
-        textPlace = {(width() - textWidth) / 2, top + layout.symbolSize + layout.gap, textWidth + 1, textHeight};
+        textPlace = {(width() - titleWidth) / 2, top + layout.symbolSize + layout.gap, titleWidth + 1, textHeight};
     } else {
-        const int left = (width() - layout.symbolSize - layout.gap - textWidth) / 2;
+        const int left = (width() - layout.symbolSize - layout.gap - titleWidth) / 2;
         symbolPlace = {left, (height() - layout.symbolSize) / 2, layout.symbolSize, layout.symbolSize};
-        textPlace = {left + layout.symbolSize + layout.gap, 0, textWidth + 1, height()};
+        textPlace = {left + layout.symbolSize + layout.gap, 0, titleWidth + 1, height()};
     }
     const auto mirrored = [this](const QRect &place) { return QStyle::visualRect(layoutDirection(), rect(), place); };
     paintSymbol(painter, mirrored(symbolPlace), symbolName, color);

@@ -1,6 +1,7 @@
 #include "ui/kit/Type.h"
 
 #include <QFontInfo>
+#include <QFontMetricsF>
 #include <QWidget>
 
 #include <algorithm>
@@ -34,6 +35,11 @@ QFont Type::font(const QWidget &widget) const
 int lineHeight(const QFont &font)
 {
     return static_cast<int>(std::lround(1.35 * font.pixelSize()));
+}
+
+int textWidth(const QFont &font, const QString &text)
+{
+    return static_cast<int>(std::ceil(QFontMetricsF(font).horizontalAdvance(text)));
 }
 
 QFont numberFont(const QWidget &widget, int size)

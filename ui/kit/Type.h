@@ -25,7 +25,10 @@ struct Type
 /// Height of one line of running text in `font`, in pixels.
 [[nodiscard]] int lineHeight(const QFont &font);
 
-/// The one that is said in a large, heavy number; its digits are all of one width where the font can do that.
+/// Width of one line of text, rounded up.
+[[nodiscard]] int textWidth(const QFont &font, const QString &text);
+
+/// For a large number: heavy, rounded where the system has such a font.
 [[nodiscard]] QFont numberFont(const QWidget &widget, int size);
 
 } // namespace orvalen::kit

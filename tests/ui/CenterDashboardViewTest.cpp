@@ -1,0 +1,291 @@
+#include "ui/CenterDashboardView.h"
+
+#include <gmock/gmock.h>
+
+#include <QTest>
+
+#include "tests/ui/Dashboard.h"
+#include "ui/DashboardHomeTab.h"
+#include "ui/MakerSite.h"
+#include "ui/QuenmarkLogo.h"
+#include "ui/TemperatureReadout.h"
+#include "ui/kit/TabButton.h"
+
+namespace orvalen {
+namespace {
+
+using namespace kit;
+using test::Dashboard;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+struct CenterDashboard : ::testing::Test, Dashboard
+{
+    CenterDashboard() { show(); }
+
+    template <typename Widget>
+    Widget &only() const
+    {
+        const auto all = window.findChildren<Widget *>();
+        EXPECT_EQ(all.size(), 1);
+        return *all.front();
+    }
+
+    CallToAction &button() const { return only<CallToAction>(); }
+    Toggle &protection() const { return only<Toggle>(); }
+    TemperatureReadout &readout() const { return only<TemperatureReadout>(); }
+    Badge &badge() const { return only<Badge>(); }
+
+    std::vector<std::string> highlighted() const
+    {
+        std::vector<std::string> titles;
+        for (const auto *tab : window.findChildren<TabButton *>()) {
+            if (tab->isSelected())
+                titles.push_back(tab->label().toStdString());
+        }
+        return titles;
+    }
+
+    // What a metric card of that title holds.
+    struct Metric
+    {
+        std::string value;
+        std::string symbol;
+        Shade shade;
+    };
+    Metric metric(const QString &title) const
+    {
+        auto *card = find<TextLabel>(title)->parentWidget();
+        while (!qobject_cast<Card *>(card))
+            card = card->parentWidget();
+        const auto *symbol = card->findChild<SymbolLabel *>();
+        for (const auto *label : card->findChildren<TextLabel *>()) {
+            if (label->text() != title)
+                return {label->text().toStdString(), symbol->symbol().toStdString(), symbol->shade()};
+        }
+        return {};
+    }
+};
+
+TEST_F(CenterDashboard, theBadgeFollowsTheRules)
+{
+    setBridge(39.0);
+    EXPECT_EQ(badge().text(), "STANDBY");
+    EXPECT_EQ(badge().accent(), accent::yellow);
+    setBridge(40.0);
+    EXPECT_EQ(badge().text(), "PROTECTED");
+    EXPECT_EQ(badge().accent(), accent::green);
+    state.targetTemp = 41.0;
+    EXPECT_EQ(badge().text(), "STANDBY");
+    setBridge(43.0);
+    state.triggerWarmup();
+    EXPECT_EQ(badge().text(), "WARMING UP");
+    EXPECT_EQ(badge().accent(), accent::orange);
+}
+
+TEST_F(CenterDashboard, theNumberIsTheBridgesAtRestAndThePulsesWhileWarming)
+{
+    machine.sensors.set(41.24);
+    state.refreshTelemetry();
+    EXPECT_EQ(readout().text(), "41.2");
+    EXPECT_EQ(readout().shade(), accent::green.vivid);
+
+    state.triggerWarmup();
+    engine.reportProgress(38.66, 0.5);
+    EXPECT_EQ(readout().text(), "38.7");
+    EXPECT_EQ(readout().shade().dark, accent::orange.vivid.dark);
+
+    engine.complete(39.0);
+    EXPECT_EQ(readout().text(), "41.2");
+    EXPECT_EQ(readout().shade(), accent::green.vivid);
+
+    setBridge(39.0);
+    EXPECT_EQ(readout().shade(), accent::blue.vivid);
+}
+
+TEST_F(CenterDashboard, theNumberKeepsItsPlaceWhileItCounts)
+{
+    setBridge(40.0);
+    settle();
+    const auto place = readout().geometry();
+    for (const double celsius : {38.1, 41.7, 44.4, 9.9, 0.0}) {
+        setBridge(celsius);
+        settle();
+        EXPECT_EQ(readout().geometry(), place) << celsius;
+    }
+    setBridge(100.4);
+    settle();
+    EXPECT_GT(readout().width(), place.width());
+}
+
+TEST_F(CenterDashboard, theTargetLineFollowsTheTarget)
+{
+    EXPECT_TRUE(find<TextLabel>("Target Optimal: 40.0°C • Hotkey: ⌘⌥W"));
+    state.targetTemp = 42.5;
+    EXPECT_TRUE(find<TextLabel>("Target Optimal: 42.5°C • Hotkey: ⌘⌥W"));
+    EXPECT_TRUE(find<TextLabel>("DISPLAY BRIDGE TEMPERATURE"));
+}
+
+TEST_F(CenterDashboard, theButtonAsksForAWarmupAsTheSettingsHaveIt)
+{
+    state.targetTemp = 41.5;
+    EXPECT_EQ(button().label(), "Trigger Prime Warmup Now");
+    EXPECT_EQ(button().symbol(), "play.fill");
+    EXPECT_EQ(button().accent(), accent::blue);
+    QTest::mouseClick(&button(), Qt::LeftButton);
+    machine.world.settle();
+    EXPECT_THAT(engine.targets, ElementsAre(41.5));
+    EXPECT_THAT(machine.sounds.played, ElementsAre("Blow")); // not a silent one
+}
+
+TEST_F(CenterDashboard, theButtonTellsHowFarTheWarmupIs)
+{
+    QTest::mouseClick(&button(), Qt::LeftButton);
+    EXPECT_EQ(button().label(), "Optimizing Gate Drivers (0%)...");
+    EXPECT_EQ(button().symbol(), "flame.fill");
+    EXPECT_EQ(button().accent(), accent::orange);
+    engine.reportProgress(38.0, 0.999);
+    EXPECT_EQ(button().label(), "Optimizing Gate Drivers (99%)...");
+    engine.reportProgress(40.0, 1.0);
+    EXPECT_EQ(button().label(), "Optimizing Gate Drivers (100%)...");
+    engine.complete(40.0);
+    EXPECT_EQ(button().label(), "Trigger Prime Warmup Now");
+}
+
+TEST_F(CenterDashboard, pressingTheButtonWhileWarmingIsDropped)
+{
+    QTest::mouseClick(&button(), Qt::LeftButton);
+    EXPECT_TRUE(button().isEnabled());
+    QTest::mouseClick(&button(), Qt::LeftButton);
+    EXPECT_EQ(engine.targets.size(), 1u);
+}
+
+TEST_F(CenterDashboard, theSwitchIsTheSettingBothWays)
+{
+    EXPECT_TRUE(protection().isChecked());
+    EXPECT_THAT(machine.settings.writes, IsEmpty());
+    QTest::mouseClick(&protection(), Qt::LeftButton);
+    EXPECT_FALSE(state.smartModeEnabled);
+    EXPECT_THAT(machine.settings.writes, ElementsAre("smartModeEnabled=false"));
+    state.smartModeEnabled = true; // from elsewhere: the switch follows and writes nothing itself
+    EXPECT_TRUE(protection().isChecked());
+    EXPECT_THAT(machine.settings.writes, ElementsAre("smartModeEnabled=false", "smartModeEnabled=true"));
+    EXPECT_TRUE(find<TextLabel>("Autonomous Thermal Shield"));
+    EXPECT_TRUE(find<TextLabel>("Auto-heats on wake, sleeps when away"));
+}
+
+bool operator==(const CenterDashboard::Metric &a, const CenterDashboard::Metric &b)
+{
+    return a.value == b.value && a.symbol == b.symbol && a.shade == b.shade;
+}
+
+TEST_F(CenterDashboard, theMetricCards)
+{
+    setBridge(40.44, 46.25);
+    state.isAcConnected = true;
+    state.isUserAway = false;
+    using Metric = CenterDashboard::Metric;
+    EXPECT_TRUE(metric("Gate Driver T-CON") == (Metric{"40.4°C", "display", accent::blue.ink}));
+    EXPECT_TRUE(metric("Apple Silicon SoC") == (Metric{"46.2°C", "cpu", accent::purple.ink}));
+    EXPECT_TRUE(metric("Power Source") == (Metric{"AC Adapter", "bolt.fill", accent::green.ink}));
+    EXPECT_TRUE(metric("Active State") == (Metric{"Active Workstation", "person.fill.checkmark", accent::green.ink}));
+
+    state.isAcConnected = false;
+    state.batteryPercent = 100;
+    state.isUserAway = true;
+    EXPECT_TRUE(metric("Power Source") == (Metric{"100% Battery", "battery.75", accent::orange.ink}));
+    EXPECT_TRUE(metric("Active State") == (Metric{"User Away (Idle)", "moon.zzz.fill", accent::gray.ink}));
+    state.batteryPercent = 64;
+    EXPECT_EQ(metric("Power Source").value, "64% Battery");
+}
+
+TEST_F(CenterDashboard, theTabsStandInTheirOrderWithTheirNumbers)
+{
+    const std::vector<std::tuple<QString, int, QString>> expected{{"Dashboard", 0, "gauge.medium"},
+                                                                  {"Screen Clone", 4, "rectangle.on.rectangle.angled"},
+                                                                  {"Diagnostics", 1, "waveform.path.ecg"},
+                                                                  {"Power & Tools", 2, "hammer.fill"},
+                                                                  {"Settings", 3, "gearshape.fill"}};
+    const auto tabs = window.findChildren<TabButton *>();
+    ASSERT_EQ(tabs.size(), 5);
+    for (int i = 0; i < 5; ++i) {
+        const auto &[title, number, symbol] = expected[static_cast<std::size_t>(i)];
+        EXPECT_EQ(tabs[i]->label(), title);
+        EXPECT_EQ(tabs[i]->symbol(), symbol);
+        if (i > 0) {
+            EXPECT_GT(tabs[i]->x(), tabs[i - 1]->geometry().right());
+        }
+        QTest::mouseClick(tabs[i], Qt::LeftButton);
+        EXPECT_EQ(state.selectedTab, number);
+        EXPECT_THAT(highlighted(), ElementsAre(title.toStdString()));
+    }
+}
+
+TEST_F(CenterDashboard, onlyTheSelectedTabIsSeen)
+{
+    for (const int tag : {0, 4, 1, 2, 3, 0}) {
+        state.selectedTab = tag;
+        EXPECT_EQ(find<DashboardHomeTab>("") != nullptr, tag == 0) << tag;
+        EXPECT_EQ(find("Trigger Prime Warmup Now") != nullptr, tag == 0) << tag;
+        EXPECT_EQ(highlighted().size(), 1u);
+    }
+}
+
+TEST_F(CenterDashboard, aNumberThatIsNoTabsShowsNothing)
+{
+    for (const int tag : {5, -1, 1000}) {
+        state.selectedTab = 0;
+        state.selectedTab = tag;
+        EXPECT_THAT(highlighted(), IsEmpty()) << tag;
+        EXPECT_FALSE(find("Trigger Prime Warmup Now"));
+        EXPECT_TRUE(find("Dashboard")); // the row of tabs stays
+    }
+    state.selectedTab = 0;
+    EXPECT_TRUE(find("Trigger Prime Warmup Now"));
+}
+
+TEST_F(CenterDashboard, pressingTheSelectedTabKeepsItSelected)
+{
+    QTest::mouseClick(find("Dashboard"), Qt::LeftButton);
+    EXPECT_EQ(state.selectedTab, 0);
+    EXPECT_THAT(highlighted(), ElementsAre("Dashboard"));
+}
+
+TEST_F(CenterDashboard, theMakersNameOpensTheMakersSite)
+{
+    QTest::mouseClick(find("Quenmark Technologies"), Qt::LeftButton);
+    EXPECT_THAT(machine.urls.opened, ElementsAre(std::string(makerSite)));
+    EXPECT_TRUE(find<TextLabel>("Orvalen"));
+}
+
+TEST(QuenmarkLogo, isBuiltIn)
+{
+    const auto logo = loadQuenmarkLogo();
+    ASSERT_TRUE(logo);
+    EXPECT_EQ(logo->size(), QSize(256, 256));
+}
+
+TEST(QuenmarkLogo, theFirstFileThatHoldsAPictureCounts)
+{
+    EXPECT_TRUE(firstPicture({":/no-such.png", ":/quenmark-logo.png"}));
+    EXPECT_FALSE(firstPicture({":/no-such.png", "assets/no-such.png"}));
+}
+
+TEST(QuenmarkLogo, aShieldStandsInForIt)
+{
+    const std::unique_ptr<QWidget> view(logoView(std::nullopt, 28));
+    const auto *shield = qobject_cast<SymbolLabel *>(view.get());
+    ASSERT_TRUE(shield);
+    EXPECT_EQ(shield->symbol(), "shield.lefthalf.filled");
+    EXPECT_EQ(shield->shade(), accent::blue.vivid);
+    EXPECT_EQ(shield->sizeHint(), QSize(28, 28));
+
+    view->resize(28, 28);
+    const auto drawn = view->grab().toImage();
+    const auto backdrop = over(accent::blue.vivid.at(35).in(*view), view->palette().color(QPalette::Window));
+    EXPECT_NEAR(drawn.pixelColor(14, 2).red(), backdrop.red(), 2);
+    EXPECT_NEAR(drawn.pixelColor(14, 2).blue(), backdrop.blue(), 2);
+}
+
+} // namespace
+} // namespace orvalen

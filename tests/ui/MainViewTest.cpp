@@ -1,0 +1,292 @@
+#include "ui/MainView.h"
+
+#include <gtest/gtest.h>
+
+#include <QPalette>
+#include <QTest>
+#include <QTimer>
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/ColorScheme.h"
+#include "tests/ui/Dashboard.h"
+#include "ui/CenterDashboardView.h"
+#include "ui/DashboardRules.h"
+#include "ui/LeftSidebarAdView.h"
+#include "ui/RightSidebarUtilityView.h"
+#include "ui/kit/Builders.h"
+#include "ui/kit/TabButton.h"
+#include "ui/kit/Theme.h"
+
+namespace orvalen {
+namespace {
+
+using test::Dashboard;
+
+struct Window : ::testing::Test, Dashboard
+{
+    Window() { show(); }
+
+    QWidget &left() const { return *window.findChild<LeftSidebarAdView *>(); }
+    QWidget &centre() const { return *window.findChild<CenterDashboardView *>(); }
+    QWidget &right() const { return *window.findChild<RightSidebarUtilityView *>(); }
+};
+
+/// Counts what is painted in the whole program.
+struct PaintCounter : QObject
+{
+    PaintCounter() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+    int count = 0;
+};
+
+TEST_F(Window, isNamedAfterTheProgramAndOpensAtItsUsualSize)
+{
+    EXPECT_EQ(window.windowTitle(), "Orvalen");
+    EXPECT_EQ(window.size(), QSize(1000, 680));
+}
+
+TEST_F(Window, onlyTheCentreColumnTakesRoom)
+{
+    for (const int width : {780, 815, 1000, 1600}) {
+        window.resize(width, 600);
+        settle();
+        const int actual = std::max(width, 815);
+        EXPECT_EQ(window.width(), actual);
+        EXPECT_EQ(left().geometry(), QRect(0, 0, 175, 600));
+        EXPECT_EQ(centre().geometry(), QRect(175, 0, actual - 175 - 220, 600));
+        EXPECT_EQ(right().geometry(), QRect(actual - 220, 0, 220, 600));
+    }
+}
+
+TEST_F(Window, isNeverSmallerThanItsColumns)
+{
+    window.resize(100, 100);
+    settle();
+    EXPECT_EQ(window.size(), QSize(815, 560));
+    EXPECT_EQ(centre().width(), 420);
+}
+
+TEST_F(Window, everythingOfTheDashboardFitsAtEveryWidth)
+{
+    for (const int width : {815, 1000, 1600}) {
+        window.resize(width, 680);
+        settle();
+        for (const auto *widget : centre().findChildren<QWidget *>()) {
+            if (!widget->isVisible())
+                continue;
+            const QRect place(widget->mapTo(&centre(), QPoint(0, 0)), widget->size());
+            EXPECT_TRUE(centre().rect().adjusted(0, 0, 0, 400).contains(place))
+                << widget->metaObject()->className() << " at " << width;
+        }
+    }
+}
+
+TEST_F(Window, tabsStandSymbolAboveTitleWhereRoomIsShort)
+{
+    const auto allStacked = [&](bool stacked) {
+        const auto tabs = window.findChildren<kit::TabButton *>();
+        return std::all_of(tabs.begin(), tabs.end(), [=](auto *tab) {
+            return tab->isStacked() == stacked && tab->height() == (stacked ? 50 : 28);
+        });
+    };
+    window.resize(815, 680);
+    settle();
+    EXPECT_TRUE(allStacked(true));
+    window.resize(1600, 680);
+    settle();
+    EXPECT_TRUE(allStacked(false));
+    window.resize(175 + 579 + 220, 680);
+    settle();
+    EXPECT_TRUE(allStacked(true));
+}
+
+TEST_F(Window, changingTheTabLeavesTheSidebarsAlone)
+{
+    struct SidebarPaints : QObject
+    {
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            count += event->type() == QEvent::Paint;
+            return false;
+        }
+        int count = 0;
+    } paints;
+    left().installEventFilter(&paints);
+    right().installEventFilter(&paints);
+    state.selectedTab = 3;
+    settle();
+    EXPECT_EQ(paints.count, 0);
+}
+
+TEST_F(Window, nothingIsPaintedWhereNothingChanges)
+{
+    machine.sensors.set(40.2, 40.0);
+    state.refreshTelemetry();
+    settle();
+    PaintCounter paints;
+    machine.world.advance(std::chrono::seconds(30));
+    state.smartModeEnabled = true;
+    state.selectedTab = 0;
+    state.warmupProgress = state.warmupProgress.value();
+    setBridge(40.24, state.thermalData.value().socTemp); // reads the same
+    settle();
+    EXPECT_EQ(paints.count, 0);
+
+    setBridge(40.3);
+    settle();
+    EXPECT_GT(paints.count, 0);
+}
+
+TEST_F(Window, closingItClosesItAndNothingElse)
+{
+    EXPECT_TRUE(window.close());
+    EXPECT_FALSE(window.isVisible());
+    machine.sensors.set(41.5);
+    machine.world.advance(std::chrono::seconds(3));
+    EXPECT_EQ(state.thermalData.value().bridgeTemp, 41.5);
+    window.show();
+    settle();
+    EXPECT_TRUE(find("41.5°C"));
+}
+
+TEST_F(Window, controlQQuits)
+{
+    QTimer::singleShot(0, &window, [this] { QTest::keyClick(&window, Qt::Key_Q, Qt::ControlModifier); });
+    QTimer::singleShot(20'000, &window, [] { QCoreApplication::exit(1); });
+    EXPECT_EQ(QCoreApplication::exec(), 0);
+}
+
+struct ChosenScheme : ColorScheme
+{
+    Receive receive;
+    void follow(Receive newReceive) override { receive = std::move(newReceive); }
+};
+
+struct Themes : Window
+{
+    Themes() { window.followColorScheme(scheme); }
+    ~Themes() override { QApplication::setPalette(QPalette()); }
+
+    QColor drawnAt(QWidget &column, QPoint point)
+    {
+        settle();
+        return column.grab().toImage().pixelColor(point);
+    }
+    void expectDark(bool dark)
+    {
+        const auto color = [dark](const kit::Shade &shade) {
+            return QColor::fromRgba(dark ? shade.dark : shade.light);
+        };
+        EXPECT_EQ(kit::isDark(window.palette()), dark);
+        EXPECT_EQ(drawnAt(centre(), {2, 2}), color(kit::neutral::window));
+        EXPECT_EQ(drawnAt(left(), {2, 2}), color(kit::neutral::panel));
+        EXPECT_EQ(drawnAt(right(), {100, 2}), color(kit::neutral::panel));
+        const auto line = kit::over(kit::neutral::columnEdge.in(window), color(kit::neutral::panel));
+        EXPECT_NEAR(drawnAt(left(), {174, 2}).red(), line.red(), 1);
+        EXPECT_NE(drawnAt(left(), {174, 2}), color(kit::neutral::panel));
+        EXPECT_EQ(drawnAt(right(), {0, 2}), drawnAt(left(), {174, 2}));
+    }
+
+    ChosenScheme scheme;
+};
+
+TEST_F(Themes, theDesktopsWordCountsAtRunTime)
+{
+    scheme.receive(2);
+    expectDark(false);
+    PaintCounter paints;
+    scheme.receive(1);
+    expectDark(true);
+    EXPECT_GT(paints.count, 0);
+    scheme.receive(2);
+    expectDark(false);
+}
+
+TEST_F(Themes, withoutAPreferenceThePaletteDecides)
+{
+    scheme.receive(0);
+    QApplication::setPalette(QPalette(Qt::black));
+    settle();
+    expectDark(true);
+    QApplication::setPalette(QPalette(Qt::white));
+    settle();
+    expectDark(false);
+    QApplication::setPalette(QPalette(Qt::black));
+    scheme.receive(2);
+    expectDark(false);
+    scheme.receive(7);
+    expectDark(true);
+}
+
+TEST_F(Themes, anEqualPreferenceRepaintsNothing)
+{
+    scheme.receive(1);
+    settle();
+    PaintCounter paints;
+    scheme.receive(1);
+    settle();
+    EXPECT_EQ(paints.count, 0);
+}
+
+TEST(ThemeLifetime, theDesktopMaySpeakAfterTheWindowIsGone)
+{
+    ChosenScheme scheme;
+    {
+        Dashboard dashboard;
+        dashboard.window.followColorScheme(scheme);
+    }
+    ASSERT_TRUE(scheme.receive);
+    scheme.receive(1);
+    const QPalette untouched;
+    EXPECT_EQ(QApplication::palette(), untouched);
+}
+
+TEST(Contrast, everythingThatIsReadStandsOut)
+{
+    const auto luminance = [](const QColor &color) {
+        const auto part = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
+        return 0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) + 0.0722 * part(color.blueF());
+    };
+    const auto contrast = [&](const QColor &a, const QColor &b) {
+        const auto [low, high] = std::minmax({luminance(a), luminance(b)});
+        return (high + 0.05) / (low + 0.05);
+    };
+
+    using namespace kit;
+    const std::vector<std::pair<const char *, Accent>> accents{
+        {"blue", accent::blue},     {"green", accent::green},   {"orange", accent::orange}, {"yellow", accent::yellow},
+        {"purple", accent::purple}, {"indigo", accent::indigo}, {"red", accent::red},       {"gray", accent::gray}};
+    for (const bool dark : {false, true}) {
+        QWidget widget;
+        widget.setPalette(themePalette(dark));
+        const auto in = [&](const Shade &shade) { return shade.in(widget); };
+        for (const auto &ground : {neutral::card, neutral::window, neutral::panel}) {
+            EXPECT_GE(contrast(in(neutral::text), in(ground)), 4.5);
+            EXPECT_GE(contrast(in(neutral::secondary), in(ground)), 4.5);
+            EXPECT_GE(contrast(in(neutral::focusRing), in(ground)), 3.0);
+            for (const auto &[name, accent] : accents) {
+                EXPECT_GE(contrast(in(accent.ink), in(ground)), 4.5) << name;
+                for (const int tint : {8, 12, 15, 20})
+                    EXPECT_GE(contrast(in(accent.ink), over(in(accent.vivid.at(tint)), in(ground))), 4.5) << name;
+            }
+        }
+        for (const auto &[name, accent] : accents) {
+            EXPECT_GE(contrast(Qt::white, in(accent.solid)), 4.5) << name;
+            EXPECT_GE(contrast(Qt::white, over(QColor(255, 255, 255, 15), in(accent.solid))), 4.5) << name; // hovered
+        }
+        for (const auto &[isWarmingUp, celsius] : {std::pair{true, 0.0}, {false, 0.0}, {false, 50.0}}) {
+            SystemThermalData data;
+            data.bridgeTemp = celsius;
+            EXPECT_GE(contrast(in(DashboardRules::temperatureShade(isWarmingUp, 40.0, data)), in(neutral::card)), 3.0);
+        }
+    }
+}
+
+} // namespace
+} // namespace orvalen
