@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "app/TerminationSignals.h"
+
 namespace orvalen {
 
 void introduceProgram()
@@ -21,6 +23,7 @@ void introduceProgram()
 
 void runProgram()
 {
+    const TerminationSignals signals;
     const int status = QApplication::exec();
     // A pulse may be under way, with threads that use the platform and the rules. Settings are on disk already, so the
     // process ends here as it stands, and every heater with it, instead of taking the house down around them.

@@ -6,6 +6,7 @@
 desktopFolder=
 desktopProcesses=() # the last started comes first
 program=
+readyLine=
 
 # inDesktop LOG COMMAND...   Starts a service of the desktop; its id is in $!.
 inDesktop() {
@@ -13,6 +14,18 @@ inDesktop() {
     shift
     setpriv --pdeathsig TERM -- setsid "$@" >"$desktopFolder/$log.log" 2>&1 </dev/null &
     desktopProcesses=($! "${desktopProcesses[@]}")
+}
+
+# inDesktopUntilReady LOG COMMAND...   Starts a service that writes one line to descriptor 3 when it is ready: $readyLine.
+inDesktopUntilReady() {
+    local ready status
+    mkfifo "$desktopFolder/$1.ready"
+    exec {ready}<>"$desktopFolder/$1.ready" # open all the while: a line that nobody holds is lost
+    inDesktop "$@" 3>&"$ready" {ready}>&-
+    read -rt 20 -u "$ready" readyLine
+    status=$?
+    exec {ready}>&-
+    return $status
 }
 
 endProcess() {
@@ -53,12 +66,8 @@ startDisplay() {
         printf '\xff\xff\0\0\0\0\0\x12MIT-MAGIC-COOKIE-1\0\x10'
         head -c 16 /dev/urandom
     } >"$XAUTHORITY")
-    mkfifo "$desktopFolder/display"
-    inDesktop xvfb Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset -auth "$XAUTHORITY" \
-        3<>"$desktopFolder/display"
-    local number
-    read -rt 20 number <>"$desktopFolder/display" || return 1
-    export DISPLAY=:$number
+    inDesktopUntilReady xvfb Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset -auth "$XAUTHORITY" || return 1
+    export DISPLAY=:$readyLine
     unset WAYLAND_DISPLAY SESSION_MANAGER XDG_CURRENT_DESKTOP
     export XDG_SESSION_TYPE=x11 QT_QPA_PLATFORM=xcb
 }
@@ -76,11 +85,9 @@ startSessionBus() {
   </policy>
 </busconfig>
 END
-    mkfifo "$desktopFolder/address"
-    inDesktop bus dbus-daemon --config-file="$desktopFolder/bus.conf" --nofork --nopidfile --print-address=3 \
-        3<>"$desktopFolder/address"
-    read -rt 20 DBUS_SESSION_BUS_ADDRESS <>"$desktopFolder/address" || return 1
-    export DBUS_SESSION_BUS_ADDRESS
+    inDesktopUntilReady bus dbus-daemon --config-file="$desktopFolder/bus.conf" --nofork --nopidfile --print-address=3 ||
+        return 1
+    export DBUS_SESSION_BUS_ADDRESS=$readyLine
 }
 
 # Sans-serif is Inter here: a bare machine would show the first font it finds.
