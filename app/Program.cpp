@@ -1,16 +1,16 @@
 #include "app/Program.h"
 
-#include <QApplication>
 #include <QLoggingCategory>
 
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 
-#include "app/TerminationSignals.h"
-
 namespace orvalen {
 
-void introduceProgram()
+namespace {
+
+int &introduced(int &argc)
 {
     // Nobody reads warnings of the toolkit on a black screen; what is critical still goes to standard error.
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false\n*.warning=false"));
@@ -19,11 +19,18 @@ void introduceProgram()
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Orvalen"));
     QGuiApplication::setDesktopFileName(QStringLiteral(ORVALEN_APPLICATION_ID));
     QGuiApplication::setQuitOnLastWindowClosed(false); // the display is kept warm without a window, too
+    return argc;
 }
 
-void runProgram()
+} // namespace
+
+Program::Program(int &argc, char **argv) : application(introduced(argc), argv)
 {
-    const TerminationSignals signals;
+    std::setlocale(LC_NUMERIC, "C"); // Qt has set the user's; our numbers have a point everywhere
+}
+
+void Program::run()
+{
     const int status = QApplication::exec();
     // A pulse may be under way, with threads that use the platform and the rules. Settings are on disk already, so the
     // process ends here as it stands, and every heater with it, instead of taking the house down around them.

@@ -1,11 +1,20 @@
 #pragma once
 
+#include <QApplication>
+
 namespace orvalen {
 
-/// Tells Qt and the desktop who we are. Before the application object is made.
-void introduceProgram();
+/// The process around the windows: who we are to Qt and the desktop, the event loop, and the end. One per process.
+class Program
+{
+public:
+    Program(int &argc, char **argv);
 
-/// Runs the event loop and ends the process with its result.
-[[noreturn]] void runProgram();
+    /// Runs the event loop and ends the process with its result.
+    [[noreturn]] void run();
+
+private:
+    QApplication application;
+};
 
 } // namespace orvalen

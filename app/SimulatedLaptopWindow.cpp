@@ -45,11 +45,10 @@ QString whereTheUserIs(bool isAway, double secondsAway)
 } // namespace
 
 SimulatedLaptopWindow::SimulatedLaptopWindow(AppState &state, SimulatedLaptop &laptop, QWidget *parent)
-    : QWidget(parent), state(state), laptop(laptop), controls(laptop)
+    : QWidget(parent), theme(new Theme(*this)), state(state), laptop(laptop), controls(laptop)
 {
     setWindowTitle(tr("Simulated laptop"));
     setMinimumSize(420, 320);
-    new Theme(*this);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(new ScrollArea(content()));
@@ -61,9 +60,14 @@ SimulatedLaptopWindow::SimulatedLaptopWindow(AppState &state, SimulatedLaptop &l
     refresh();
 }
 
+void SimulatedLaptopWindow::followColorScheme(ColorScheme &scheme)
+{
+    theme->follow(scheme);
+}
+
 QSize SimulatedLaptopWindow::sizeHint() const
 {
-    return {440, 700};
+    return {420, 700};
 }
 
 QWidget *SimulatedLaptopWindow::content()

@@ -7,8 +7,13 @@
 namespace orvalen {
 
 class AppState;
+class ColorScheme;
 class SimulatedLaptop;
 class TemperaturePlot;
+
+namespace kit {
+class Theme;
+}
 
 /// Shows what happens inside a simulated laptop, and lets one change its surroundings. Both must outlive the window.
 class SimulatedLaptopWindow : public QWidget
@@ -17,6 +22,9 @@ class SimulatedLaptopWindow : public QWidget
 
 public:
     SimulatedLaptopWindow(AppState &state, SimulatedLaptop &laptop, QWidget *parent = nullptr);
+
+    /// Light or dark as the desktop says. Without this, as the system's palette looks.
+    void followColorScheme(ColorScheme &scheme);
 
     /// Shows the laptop as it is now. Happens by itself twice a second.
     void refresh();
@@ -32,6 +40,7 @@ private:
     QWidget *userCard();
     QWidget *faultsCard();
 
+    kit::Theme *theme;
     AppState &state;
     SimulatedLaptop &laptop;
     SimulatedControls controls;

@@ -1,5 +1,3 @@
-#include <QApplication>
-
 #include "app/NativePlatform.h"
 #include "app/Program.h"
 #include "core/AppState.h"
@@ -9,12 +7,12 @@ int main(int argc, char **argv)
 {
     using namespace orvalen;
 
-    introduceProgram();
-    const QApplication application(argc, argv);
+    Program program(argc, argv);
     Platform::install(nativePlatform(QStringLiteral("Orvalen")));
+    auto &platform = Platform::installed();
 
-    MainView window(AppState::shared(), *Platform::installed().urls);
-    window.followColorScheme(*Platform::installed().colorScheme);
+    MainView window(AppState::shared(), *platform.urls);
+    window.followColorScheme(*platform.colorScheme);
     window.show();
-    runProgram();
+    program.run();
 }

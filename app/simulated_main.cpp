@@ -1,4 +1,6 @@
-#include <QApplication>
+#include <QScreen>
+
+#include <algorithm>
 
 #include "app/NativePlatform.h"
 #include "app/Program.h"
@@ -12,27 +14,52 @@
 #include "platform/simulated/TemperatureSensorsSimulated.h"
 #include "ui/MainView.h"
 
+namespace {
+
+using namespace orvalen;
+
+/// The machine at hand, but for what a laptop of that kind has and this one may lack.
+Platform simulatedPlatform(SimulatedLaptop *&laptop)
+{
+    auto platform = nativePlatform(QStringLiteral("Orvalen Simulated"));
+    laptop = new SimulatedLaptop({*platform.clock, *platform.processors, processorTimeUsed}); // lives as the platform
+    platform.temperatureSensors = std::make_unique<TemperatureSensorsSimulated>(*laptop);
+    platform.powerSources = std::make_unique<PowerSourcesSimulated>(*laptop);
+    platform.inputIdleTime = std::make_unique<InputIdleTimeSimulated>(*laptop);
+    platform.graphicsCopies = std::make_unique<GraphicsCopiesSimulated>(*laptop);
+    return platform;
+}
+
+/// Both windows in full view on a screen that is wide enough, else the second one over the edge of the first.
+void placeSideBySide(QWidget &first, QWidget &second)
+{
+    constexpr int gap = 16;
+    const auto room = first.screen()->availableGeometry().adjusted(gap, gap, -gap, -3 * gap); // title bars included
+    const auto hint = second.sizeHint();
+    first.resize(std::clamp(room.width() - hint.width() - gap, first.minimumWidth(), first.width()), first.height());
+    const int width = first.width() + gap + hint.width();
+    const int left = room.left() + std::max(0, (room.width() - width) / 2);
+    first.move(left, room.top());
+    second.resize(hint.width(), std::min(hint.height(), room.height()));
+    second.move(std::min(left + first.width() + gap, room.right() - hint.width()), room.top());
+}
+
+} // namespace
+
 int main(int argc, char **argv)
 {
-    using namespace orvalen;
-
-    introduceProgram();
-    const QApplication application(argc, argv);
-
-    // Everything of the real machine but what a laptop of that kind has and this one may lack.
-    auto platform = nativePlatform(QStringLiteral("Orvalen Simulated"));
-    auto &laptop = *new SimulatedLaptop({*platform.clock, *platform.processors, processorTimeUsed});
-    platform.temperatureSensors = std::make_unique<TemperatureSensorsSimulated>(laptop);
-    platform.powerSources = std::make_unique<PowerSourcesSimulated>(laptop);
-    platform.inputIdleTime = std::make_unique<InputIdleTimeSimulated>(laptop);
-    platform.graphicsCopies = std::make_unique<GraphicsCopiesSimulated>(laptop);
-    Platform::install(std::move(platform));
-
+    Program program(argc, argv);
+    SimulatedLaptop *laptop = nullptr;
+    Platform::install(simulatedPlatform(laptop));
+    auto &platform = Platform::installed();
     auto &state = AppState::shared();
-    MainView window(state, *Platform::installed().urls);
-    window.followColorScheme(*Platform::installed().colorScheme);
-    SimulatedLaptopWindow laptopWindow(state, laptop);
-    window.show();
+
+    MainView window(state, *platform.urls);
+    SimulatedLaptopWindow laptopWindow(state, *laptop);
+    window.followColorScheme(*platform.colorScheme);
+    laptopWindow.followColorScheme(*platform.colorScheme);
+    placeSideBySide(window, laptopWindow);
     laptopWindow.show();
-    runProgram();
+    window.show();
+    program.run();
 }

@@ -14,7 +14,7 @@ public:
     virtual ~ColorScheme() = default;
 
     /// Calls `receive` as soon as the desktop has answered and again after each change, never from within this call;
-    /// not at all where no desktop tells. A second call replaces the first; an empty function ends it.
+    /// not at all where no desktop tells. Any number may follow; each is told for as long as this object lives.
     virtual void follow(Receive receive) = 0;
 };
 

@@ -31,11 +31,9 @@ ColorSchemePortal::ColorSchemePortal(QDBusConnection bus) : bus(std::move(bus))
     qRegisterMetaType<QDBusVariant>(); // else the slot's signature is unknown and connecting fails
 }
 
-void ColorSchemePortal::follow(Receive newReceive)
+void ColorSchemePortal::follow(Receive receive)
 {
-    receive = std::move(newReceive);
-    if (!receive)
-        return;
+    followers.push_back(std::move(receive));
     if (!std::exchange(subscribed, true))
         bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
                     SLOT(settingChanged(QString, QString, QDBusVariant)));
@@ -50,15 +48,21 @@ void ColorSchemePortal::ask()
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *watcher;
-        if (reply.isValid() && receive)
-            receive(unwrapped(reply.value().variant()));
+        if (reply.isValid())
+            tell(reply.value().variant());
     });
 }
 
 void ColorSchemePortal::settingChanged(const QString &group, const QString &key, const QDBusVariant &value)
 {
-    if (group == appearance && key == colorScheme && receive)
-        receive(unwrapped(value.variant()));
+    if (group == appearance && key == colorScheme)
+        tell(value.variant());
+}
+
+void ColorSchemePortal::tell(const QVariant &preference)
+{
+    for (const auto &receive : followers)
+        receive(unwrapped(preference));
 }
 
 } // namespace orvalen

@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QString>
 
+#include <vector>
+
 #include "platform/ColorScheme.h"
 
 namespace orvalen {
@@ -24,9 +26,10 @@ private Q_SLOTS:
 
 private:
     void ask();
+    void tell(const QVariant &preference);
 
     QDBusConnection bus;
-    Receive receive;
+    std::vector<Receive> followers;
     bool subscribed = false;
 };
 
