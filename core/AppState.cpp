@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <cmath>
-#include <cstdio>
+#include <iomanip>
+#include <locale>
+#include <sstream>
 #include <utility>
 
 #include "core/Lifecycle.h"
@@ -14,6 +16,15 @@ namespace orvalen {
 namespace {
 
 constexpr std::chrono::seconds monitoringPeriod{3};
+
+/// One decimal, and a point whatever the user's locale.
+std::string displayReady(double celsius)
+{
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    text << "Display Ready! Temperature: " << std::fixed << std::setprecision(1) << celsius << "°C";
+    return text.str();
+}
 
 } // namespace
 
@@ -113,39 +124,44 @@ void AppState::playChime(std::string_view name)
 
 void AppState::triggerWarmup(std::optional<double> target, bool silent)
 {
-    if (isWarmingUp)
+    if (isWarmingUp || isPulseUnderWay)
         return;
+    isPulseUnderWay = true; // first: whoever hears the announcement may ask for heat, too
     isWarmingUp = true;
     warmupProgress = 0.0;
     currentPulseTemp = thermalData.value().bridgeTemp;
     if (!silent)
         playChime("Blow");
 
-    services.engine.executeControlledPulse(
-        target.value_or(targetTemp),
-        [weak = std::weak_ptr(self)](double currentTemp, double progress) {
-            if (const auto alive = weak.lock()) {
-                (*alive)->currentPulseTemp = currentTemp;
-                (*alive)->warmupProgress = progress;
-            }
-        },
-        [weak = std::weak_ptr(self), silent](double finalTemp) {
-            if (const auto alive = weak.lock())
-                (*alive)->finishWarmup(finalTemp, silent);
-        });
+    try {
+        services.engine.executeControlledPulse(
+            target.value_or(targetTemp),
+            [weak = std::weak_ptr(self)](double currentTemp, double progress) {
+                if (const auto alive = weak.lock()) {
+                    (*alive)->currentPulseTemp = currentTemp;
+                    (*alive)->warmupProgress = progress;
+                }
+            },
+            [weak = std::weak_ptr(self), silent](double finalTemp) {
+                if (const auto alive = weak.lock())
+                    (*alive)->finishWarmup(finalTemp, silent);
+            });
+    } catch (...) { // not even started, for want of memory: the next request shall find the way free
+        isPulseUnderWay = false;
+        isWarmingUp = false;
+    }
 }
 
 void AppState::finishWarmup(double finalTemp, bool silent)
 {
+    isPulseUnderWay = false;
     isWarmingUp = false; // first: a plug-in that the refresh finds may start the next warm-up at once
     warmupProgress = 1.0;
     refreshTelemetry();
     if (silent)
         return;
     playChime("Glass");
-    char text[64];
-    std::snprintf(text, sizeof text, "Display Ready! Temperature: %.1f°C", finalTemp);
-    sendNotification(text);
+    sendNotification(displayReady(finalTemp));
 }
 
 void AppState::sendNotification(const std::string &message)

@@ -64,16 +64,17 @@ public:
     /// machine.
     virtual void refreshTelemetry();
 
+protected:
+    virtual void startMonitoringLoop();
+    virtual void evaluateLifecycle();
+
+public:
     /// Plays a named sound, if the user wants sounds. Returns at once.
     virtual void playChime(std::string_view name);
 
     /// Heats the display, to `targetTemp` if no target (°C) is given. Dropped while a warm-up runs. `silent`: without
     /// chimes and notification.
     virtual void triggerWarmup(std::optional<double> target = std::nullopt, bool silent = false);
-
-protected:
-    virtual void startMonitoringLoop();
-    virtual void evaluateLifecycle();
 
 private:
     Published<bool> boolSetting(const char *key);
@@ -83,6 +84,7 @@ private:
 
     bool previousAcConnected = true; // the charger as construction found it
     std::unique_ptr<RepeatingTask> timer;
+    bool isPulseUnderWay = false; // as isWarmingUp, but known before that is announced
     std::shared_ptr<AppState *> self = std::make_shared<AppState *>(this); // callbacks hold it weakly
 };
 

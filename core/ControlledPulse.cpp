@@ -133,9 +133,10 @@ void ControlledPulse::end()
 {
     flag->setValue(false);
     const std::lock_guard guard(reporting);
-    if (std::exchange(ended, true))
+    if (ended)
         return;
     means.dispatch.onMain([self = shared_from_this(), finalTemp = currentTemp.load()] { self->completion(finalTemp); });
+    ended = true; // only now: had there been no memory for the post, the dead-man would try again
 }
 
 } // namespace orvalen

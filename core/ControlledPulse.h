@@ -30,7 +30,8 @@ void spin(const EngineAtomicFlag &flag);
 /// Keeps the graphics processor busy with large copies until the flag falls.
 void copyGraphicsMemory(GraphicsQueue &queue, const EngineAtomicFlag &flag);
 
-/// One heating pulse, from its first reading to its completion. Nothing of it survives the pulse.
+/// One heating pulse, from its first reading to its completion. What it was started with must outlive it, and its
+/// dead-man, by 20 s; after the completion nothing of it is used any more.
 ///
 /// Two threads can end it: the supervisor, which samples and decides, and a dead-man that knows nothing but the time.
 /// Whichever comes first clears the flag and completes; the other then finds nothing left to do.

@@ -11,7 +11,7 @@
 
 namespace orvalen {
 
-/// A subscription: destroying, replacing or moving from it ends it, also from within its own callback.
+/// A subscription: destroying or replacing it ends it, also from within its own callback. Moving hands it on.
 class [[nodiscard]] Subscription
 {
 public:
@@ -39,11 +39,15 @@ public:
     }
 
     /// Calls every callback that was subscribed before the call and has not ended meanwhile, in order of subscription.
+    /// If a callback sends again, the others hear only what was sent last.
     void send(const Arguments &...arguments)
     {
         assert(home == std::this_thread::get_id());
+        const auto sending = ++sendings;
         const auto present = slots; // a callback may subscribe, end a subscription or send again
         for (const auto &slot : present) {
+            if (sending != sendings)
+                return;
             if (const auto callback = slot.lock())
                 (*callback)(arguments...);
         }
@@ -62,6 +66,7 @@ private:
     }
 
     std::vector<std::weak_ptr<Callback>> slots;
+    unsigned long sendings = 0;
     std::thread::id home = std::this_thread::get_id();
 };
 
@@ -133,8 +138,9 @@ public:
     /// Delivers the current value at once and then each new one.
     [[nodiscard]] Subscription subscribe(std::function<void(const T &)> receive)
     {
-        receive(current);
-        return stream.subscribe(std::move(receive));
+        auto subscription = stream.subscribe(receive);
+        receive(T(current)); // a copy, as in set
+        return subscription;
     }
 
     [[nodiscard]] std::size_t subscriberCount() const { return stream.subscriberCount(); }

@@ -4,14 +4,18 @@
 
 namespace orvalen {
 
-/// A small, unfair, non-recursive mutex for threads whose purpose is to keep a core busy.
+/// A small, unfair, non-recursive lock for threads whose purpose is to keep a core busy.
 ///
-/// A thread that finds it taken spins for about as long as a scheduler's tick, far longer than a mutex would, because a
-/// waiting heater shall go on heating; only if its owner has lost the processor for so long does it park and leave the
-/// core to it. A thread that lets go while others wait looks away for a moment, so that they get in: else the owner,
-/// whose core has the lock at hand, would take it again at once, for seconds on end. bench/lock_bench compares it with
-/// its peers.
-class SpinThenParkLock
+/// A thread that finds it taken spins far longer than it would at a mutex, because a waiting heater shall go on
+/// heating; only if the owner has lost its processor does it park and leave a core to it. A thread that lets go while
+/// others wait looks away for a moment, so that they get in: else the owner, whose core has the lock at hand, would
+/// take it again at once, for seconds on end. bench/lock_bench compares it with its peers.
+///
+/// `unlock` touches the lock once more after it is open: whoever shares it must keep it alive until all have returned
+/// from `unlock`, as a shared flag does.
+template <int spinsBeforeParking =
+              2'000'000> // about a millisecond: a running owner is through in less than one thousandth
+class SpinThenParkLockOf
 {
 public:
     void lock()
@@ -22,22 +26,24 @@ public:
 
     void unlock()
     {
-        if (state.exchange(open, std::memory_order_release) == takenAndParked)
+        if (state.exchange(open, std::memory_order_release) == takenWithParked)
             state.notify_all();
         if (waiting.load(std::memory_order_relaxed) > 0)
             lookAway();
     }
+
+    /// Threads inside `lock` that have not got it yet.
+    [[nodiscard]] int waitingThreads() const { return waiting.load(std::memory_order_relaxed); }
 
 private:
     enum State : int
     {
         open,
         taken,
-        takenAndParked,
+        takenWithParked,
     };
 
-    static constexpr int spinsBeforeParking = 2'000'000; // some milliseconds
-    static constexpr int spinsToLookAway = 100;          // a few cache misses long
+    static constexpr int spinsToLookAway = 100; // a few cache misses long
 
     bool tryLock()
     {
@@ -48,15 +54,18 @@ private:
     void lockContended()
     {
         waiting.fetch_add(1, std::memory_order_relaxed);
-        for (int spins = 0; spins < spinsBeforeParking; ++spins) {
-            if (state.load(std::memory_order_relaxed) == open && tryLock()) {
-                waiting.fetch_sub(1, std::memory_order_relaxed);
-                return;
-            }
-        }
-        while (state.exchange(takenAndParked, std::memory_order_acquire) != open)
-            state.wait(takenAndParked, std::memory_order_relaxed);
+        while (!lockBySpinning() && state.exchange(takenWithParked, std::memory_order_acquire) != open)
+            state.wait(takenWithParked, std::memory_order_relaxed);
         waiting.fetch_sub(1, std::memory_order_relaxed);
+    }
+
+    bool lockBySpinning()
+    {
+        for (int spins = 0; spins < spinsBeforeParking; ++spins) {
+            if (state.load(std::memory_order_relaxed) == open && tryLock())
+                return true;
+        }
+        return false;
     }
 
     void lookAway() const
@@ -68,5 +77,7 @@ private:
     std::atomic<int> state = open;
     std::atomic<int> waiting = 0;
 };
+
+using SpinThenParkLock = SpinThenParkLockOf<>;
 
 } // namespace orvalen

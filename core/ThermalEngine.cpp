@@ -44,12 +44,20 @@ SystemThermalData ThermalEngine::readSensors()
 double ThermalEngine::getUserIdleSeconds()
 {
     using Seconds = std::chrono::duration<double>;
-    return machine.inputIdleTime.sinceLastInput().value_or(Seconds::zero()).count();
+    try {
+        return machine.inputIdleTime.sinceLastInput().value_or(Seconds::zero()).count();
+    } catch (...) {
+        return 0.0;
+    }
 }
 
 PowerStatus ThermalEngine::getPowerStatus()
 {
-    return powerStatus(machine.powerSources.list());
+    try {
+        return powerStatus(machine.powerSources.list());
+    } catch (...) {
+        return {};
+    }
 }
 
 void ThermalEngine::executeControlledPulse(double targetTemp, ProgressCallback progressCallback,

@@ -29,7 +29,7 @@ struct PowerStatus
 class ThermalEngine
 {
 public:
-    /// What the engine needs of a machine. Everything must outlive the engine and every pulse that it started.
+    /// What the engine needs of a machine. All of it, and the engine itself, must outlive every pulse that it started.
     struct Machine
     {
         TemperatureSensors &temperatureSensors;

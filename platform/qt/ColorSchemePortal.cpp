@@ -26,7 +26,10 @@ unsigned unwrapped(QVariant value)
 
 } // namespace
 
-ColorSchemePortal::ColorSchemePortal(QDBusConnection bus) : bus(std::move(bus)) {}
+ColorSchemePortal::ColorSchemePortal(QDBusConnection bus) : bus(std::move(bus))
+{
+    qRegisterMetaType<QDBusVariant>(); // else the slot's signature is unknown and connecting fails
+}
 
 void ColorSchemePortal::follow(Receive newReceive)
 {

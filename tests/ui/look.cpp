@@ -1,6 +1,7 @@
 // Draws the window in its main states into a folder, to be looked at:
 //   QT_QPA_PLATFORM=offscreen ui_look FOLDER [FONT]     (QT_SCALE_FACTOR=2 for twice the pixels)
 #include <QFont>
+#include <QKeyEvent>
 #include <QThread>
 
 #include <cstdio>
@@ -57,6 +58,20 @@ int main(int argc, char *argv[])
                     return 1;
             }
         }
+    }
+
+    dashboard.window.resize(1000, 680);
+    dashboard.window.activateWindow();
+    dashboard.settle();
+    for (const auto *where : {"link", "tab", "button", "switch"}) {
+        const int steps = where == QByteArray("button") ? 5 : 1;
+        for (int step = 0; step < steps; ++step) {
+            QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+            QCoreApplication::sendEvent(QApplication::focusWidget(), &tab);
+        }
+        dashboard.settle();
+        if (!dashboard.window.grab().save(QStringLiteral("%1/focus-%2.png").arg(folder, where)))
+            return 1;
     }
     return 0;
 }

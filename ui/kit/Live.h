@@ -79,15 +79,12 @@ private:
     void compose(const Arguments &arguments, std::index_sequence<Index...>)
     {
         start = [function = std::get<sizeof...(Index)>(arguments),
-                 sources = std::tie(std::get<Index>(arguments)...)](const Receive &receive) {
-            const auto refresh = [=] {
-                receive(std::apply([&](auto &...source) { return std::invoke(function, source.value()...); }, sources));
+                 sources = std::tuple(&std::get<Index>(arguments)...)](const Receive &receive) {
+            const auto refresh = [=](const auto &) {
+                std::apply([&](auto *...source) { receive(std::invoke(function, source->value()...)); }, sources);
             };
             Subscriptions subscriptions;
-            const auto follow = [&](auto &source) {
-                subscriptions.push_back(source.subscribe([refresh](const auto &) { refresh(); }));
-            };
-            std::apply([&](auto &...source) { (follow(source), ...); }, sources);
+            std::apply([&](auto *...source) { (subscriptions.push_back(source->subscribe(refresh)), ...); }, sources);
             return subscriptions;
         };
     }

@@ -82,7 +82,7 @@ void TabButton::paintEvent(QPaintEvent *)
         painter.drawRoundedRect(rect(), radius, radius);
     }
 
-    const int room = width() - 2 * layout.padding - (stacked ? 0 : layout.symbolSize + layout.gap);
+    const int room = stacked ? width() : width() - 2 * layout.padding - layout.symbolSize - layout.gap;
     const auto shown = metrics.elidedText(title, Qt::ElideRight, room);
     const int titleWidth = metrics.horizontalAdvance(shown);
     QRect symbolPlace;
