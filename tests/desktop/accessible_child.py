@@ -45,10 +45,18 @@ def press(name):
     return False
 
 
+def checked(name):
+    for control in everything():
+        if control.get_name() == name and control.get_role() == Atspi.Role.CHECK_BOX:
+            return control.get_state_set().contains(Atspi.StateType.CHECKED)
+    return None
+
+
 for line in sys.stdin:
     question = json.loads(line)
+    verb, name = question['verb'], question.get('name')
     try:
-        answer = {'answer': names() if question['verb'] == 'names' else press(question['name'])}
-    except GLib.Error as error:  # a control vanished while we looked: look again
-        answer = {'answer': [] if question['verb'] == 'names' else False, 'vanished': error.message}
+        answer = {'answer': names() if verb == 'names' else press(name) if verb == 'press' else checked(name)}
+    except GLib.Error:  # a control vanished while we looked: look again
+        answer = {'answer': {'names': [], 'press': False, 'checked': None}[verb]}
     print(json.dumps(answer), flush=True)

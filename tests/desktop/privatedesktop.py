@@ -160,6 +160,17 @@ class Desktop:
         self.processes.append(process)
         return process
 
+    def settings_file(self, program):
+        """Where that program keeps the user's settings."""
+        name = {'orvalen': 'Orvalen', 'orvalen-simulated': 'Orvalen Simulated'}[program]
+        return self.folder / 'home/.config/Quenmark' / (name + '.ini')
+
+    def choose(self, program, **settings):
+        """Settings that the user has made before the start."""
+        file = self.settings_file(program)
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_text('[General]\n' + ''.join('%s=%s\n' % item for item in settings.items()))
+
     def written(self):
         """All that the program has written to standard output and standard error."""
         return (self.folder / 'stdout').read_text() + (self.folder / 'stderr').read_text()
@@ -245,6 +256,10 @@ class Controls(Child):
     def press(self, name):
         """Presses the button, switch or tab of that name."""
         wait_for(lambda: self.ask(verb='press', name=name), what='a control "%s" to press' % name)
+
+    def is_checked(self, name):
+        """Whether the switch of that name is on; None if there is no such switch."""
+        return self.ask(verb='checked', name=name)
 
 
 class Later:

@@ -4,13 +4,17 @@ import time
 
 from privatedesktop import wait_for
 
+PROGRAM = 'orvalen-simulated'
 TRIGGER = 'Trigger Prime Warmup Now'
+SHIELD = 'Autonomous Thermal Shield'
 CAPTION = 'DISPLAY BRIDGE TEMPERATURE'
 PULSE_LIMIT = 15  # seconds; a pulse that does not reach its target ends then
 
 
-def start(desktop):
-    program = desktop.start('orvalen-simulated')
+def start(desktop, **settings):
+    """The program, which warms up by itself a few seconds after its start unless that is switched off."""
+    desktop.choose(PROGRAM, **{'smartModeEnabled': 'false', **settings})
+    program = desktop.start(PROGRAM)
     desktop.controls.wait(TRIGGER)
     return program
 
@@ -60,6 +64,31 @@ def test_a_press_on_the_button_warms_the_display_up(desktop):
 
     assert program.poll() is None
     assert desktop.written() == ''
+
+
+def test_left_alone_it_warms_up_without_a_word(desktop):
+    start(desktop, smartModeEnabled='true')
+    desktop.controls.wait('WARMING UP')
+    desktop.controls.wait(TRIGGER, PULSE_LIMIT + 10)
+    assert desktop.notifications.next(1) is None
+    assert desktop.written() == ''
+
+
+def test_a_switch_is_in_the_settings_at_once_and_after_the_next_start(desktop):
+    program = start(desktop)
+    file = desktop.settings_file(PROGRAM)
+    assert 'smartModeEnabled=false' in file.read_text()
+    assert desktop.controls.is_checked(SHIELD) is False
+
+    desktop.controls.press(SHIELD)
+    wait_for(lambda: 'smartModeEnabled=true' in file.read_text(), what='the setting in its file')
+    desktop.activate('Orvalen')
+    desktop.keys('ctrl+q')
+    assert program.wait(10) == 0
+
+    desktop.start(PROGRAM)
+    desktop.controls.wait(SHIELD)
+    assert desktop.controls.is_checked(SHIELD) is True
 
 
 def test_closing_the_window_leaves_the_program_at_work(desktop):
