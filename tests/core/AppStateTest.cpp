@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <locale>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -197,6 +199,18 @@ TEST_F(Monitoring, endsWithTheState)
     state.reset();
     machine.world.advance(30s);
     EXPECT_EQ(machine.sensors.reads, 1);
+}
+
+TEST_F(Monitoring, startedAgainTicksOnce)
+{
+    struct RestartedState : AppState
+    {
+        using AppState::AppState;
+        using AppState::startMonitoringLoop;
+    } restarted(machine.stateServices(engine));
+    restarted.startMonitoringLoop();
+    machine.world.advance(3s);
+    EXPECT_EQ(machine.sensors.reads, 2) << "one at construction, one tick";
 }
 
 TEST_F(Monitoring, publishesWhatItReads)
@@ -467,10 +481,57 @@ TEST_F(Warmup, chimesAreStartedInTheBackground)
 TEST_F(Warmup, withoutAThreadForItsChimeIsSilentAndRuns)
 {
     make();
-    machine.world.threadsExhausted = true;
+    machine.world.threadsLeft = 0;
     state->triggerWarmup();
     EXPECT_TRUE(state->isWarmingUp);
     EXPECT_THAT(heard(), IsEmpty());
+}
+
+TEST_F(Warmup, whoeverHearsItAnnouncedCannotStartASecondOne)
+{
+    make();
+    const auto meddler = state->observe([&] {
+        if (engine.targets.empty())
+            state->triggerWarmup(44.0);
+    });
+    state->triggerWarmup();
+    EXPECT_THAT(engine.targets, ElementsAre(40.0));
+}
+
+TEST_F(Warmup, thatCannotEvenStartLeavesTheWayFreeForTheNext)
+{
+    struct BrokenEngine : test::FakeThermalEngine
+    {
+        using FakeThermalEngine::FakeThermalEngine;
+        bool broken = true;
+        void executeControlledPulse(double target, ProgressCallback progress, CompletionCallback completion) override
+        {
+            if (broken)
+                throw std::bad_alloc();
+            FakeThermalEngine::executeControlledPulse(target, std::move(progress), std::move(completion));
+        }
+    } broken(machine);
+    AppState own(machine.stateServices(broken));
+    own.triggerWarmup();
+    EXPECT_FALSE(own.isWarmingUp);
+    broken.broken = false;
+    own.triggerWarmup();
+    EXPECT_TRUE(own.isWarmingUp);
+    EXPECT_THAT(broken.targets, SizeIs(1));
+}
+
+TEST_F(Warmup, isAnnouncedWithAPointWhateverTheLocale)
+{
+    struct Comma : std::numpunct<char>
+    {
+        char do_decimal_point() const override { return ','; }
+    };
+    const auto before = std::locale::global(std::locale(std::locale::classic(), new Comma));
+    make();
+    state->triggerWarmup();
+    finishPulse(40.0);
+    std::locale::global(before);
+    EXPECT_EQ(machine.notifications.posted.front().second, "Display Ready! Temperature: 40.0\u00B0C");
 }
 
 TEST_F(Warmup, callbacksOfAStateThatIsGoneDoNothing)

@@ -66,6 +66,7 @@ struct ControlledPulseTest : ::testing::Test
     /// Heaters are tasks that end once the flag has fallen. One that does not end hangs the test.
     void expectHeatersOff()
     {
+        EXPECT_FALSE(machine.world.heaters.empty()) << "nothing was ever on";
         for (const auto &heater : machine.world.heaters)
             heater.task();
     }
@@ -196,7 +197,7 @@ TEST_F(ControlledPulseTest, sensorsThatVanishInMidPulseEndByTheTimeOut)
 {
     readOneByOne({reading(36.0), reading(38.0)});
     machine.world.at(2s, [this] {
-        machine.sensors.beforeRead = {};
+        machine.sensors.beforeRead.clear();
         machine.sensors.readings = std::nullopt;
     });
     runPulse(40.0);
@@ -232,10 +233,12 @@ TEST_F(ControlledPulseTest, aThrowingReaderEndsByTheTimeOut)
         SystemThermalData readSensors() override { throw std::runtime_error("broken"); }
     } throwing(machine.engineMachine());
     std::vector<double> completed;
+    int samples = 0;
     throwing.executeControlledPulse(
-        40.0, [](double, double) {}, [&](double t) { completed.push_back(t); });
+        40.0, [&](double, double) { ++samples; }, [&](double t) { completed.push_back(t); });
     machine.world.runUntilIdle();
     EXPECT_THAT(completed, ElementsAre(0.0));
+    EXPECT_EQ(samples, 61);
     expectHeatersOff();
 }
 
@@ -261,7 +264,7 @@ TEST_F(ControlledPulseTest, aReadThatHangsIsCutOffAtTwentySecondsAndCompletesOnc
     std::size_t progressAtCutOff = 0;
     machine.world.at(1s, [&] {
         machine.sensors.beforeRead = [&] {
-            machine.sensors.beforeRead = {};
+            machine.sensors.beforeRead.clear();
             machine.world.sleepFor(1h);
             readReturned = machine.world.now();
         };
@@ -283,7 +286,7 @@ TEST_F(ControlledPulseTest, aFirstReadThatHangsStartsNoHeaterThatStays)
 {
     machine.sensors.set(30.0);
     machine.sensors.beforeRead = [this] {
-        machine.sensors.beforeRead = {};
+        machine.sensors.beforeRead.clear();
         machine.world.sleepFor(1min);
     };
     runPulse(40.0);
@@ -298,7 +301,7 @@ TEST_F(ControlledPulseTest, timeSpentSuspendedEndsThePulseAtTheNextSample)
     machine.sensors.beforeRead = [this, reads = 0]() mutable {
         machine.sensors.set(reads == 0 ? 36.0 : 37.0);
         if (++reads == 3)
-            machine.world.sleepFor(8h);
+            machine.world.jump(8h);
     };
     runPulse(40.0);
     EXPECT_THAT(completions, SizeIs(1));
@@ -309,20 +312,54 @@ TEST_F(ControlledPulseTest, timeSpentSuspendedEndsThePulseAtTheNextSample)
 TEST_F(ControlledPulseTest, withoutAThreadToBeHadItCompletesWithoutHeating)
 {
     machine.sensors.set(30.0);
-    machine.world.threadsExhausted = true;
+    machine.world.threadsLeft = 0;
     runPulse(40.0);
     EXPECT_THAT(completions, SizeIs(1));
     EXPECT_THAT(machine.world.heaters, IsEmpty());
+    EXPECT_EQ(machine.sensors.reads, 0) << "without its dead-man a pulse does not begin";
 }
 
 TEST_F(ControlledPulseTest, withoutAThreadForAWorkerItEndsWhatItStarted)
 {
     machine.sensors.set(30.0);
-    machine.sensors.beforeRead = [this] { machine.world.threadsExhausted = true; };
-    runPulse(40.0);
-    EXPECT_THAT(completions, ElementsAre(30.0));
-    EXPECT_EQ(completedAt, 0s);
-    expectHeatersOff();
+    constexpr int guards = 2; // the dead-man and the supervisor
+    for (int workers = 1; workers < 5; ++workers) {
+        completions.clear();
+        machine.world.heaters.clear();
+        machine.world.threadsLeft = guards + workers;
+        const auto start = machine.world.now();
+        runPulse(40.0);
+        EXPECT_THAT(completions, ElementsAre(30.0));
+        EXPECT_EQ(completedAt, start) << "at once";
+        EXPECT_EQ(machine.world.heaters.size(), static_cast<std::size_t>(workers));
+        expectHeatersOff();
+    }
+}
+
+TEST_F(ControlledPulseTest, aCompletionThatCouldNotBePostedIsPostedByTheDeadMan)
+{
+    struct ForgetfulMain : test::VirtualWorld
+    {
+        int failures = 0;
+        void onMain(Task task) override
+        {
+            if (failures-- > 0)
+                throw std::bad_alloc();
+            VirtualWorld::onMain(std::move(task));
+        }
+    } world;
+    ThermalEngine forgetful(
+        {machine.sensors, machine.idle, machine.power, machine.graphics, machine.processors, world, world});
+    machine.sensors.set(45.0);
+    int completed = 0;
+    forgetful.executeControlledPulse(
+        40.0, [](double, double) {}, [&](double) { ++completed; });
+    world.failures = 1;
+    EXPECT_THROW(world.settle(), std::bad_alloc); // a real background thread swallows it
+    EXPECT_EQ(completed, 0);
+    world.runUntilIdle();
+    EXPECT_EQ(completed, 1);
+    EXPECT_EQ(world.now(), 20s);
 }
 
 TEST_F(ControlledPulseTest, startsItsSpinnersOnItsPrivateQueueAndOneGraphicsWorker)
@@ -374,17 +411,23 @@ TEST_F(ControlledPulseTest, theGraphicsWorkerCopiesThirtyTwoMebibytesUntilTheFla
     };
     copyGraphicsMemory(*machine.graphics.openDefaultQueue(), flag);
     EXPECT_EQ(machine.graphics.copies, 3);
+    EXPECT_TRUE(machine.graphics.copiedWell);
     EXPECT_THAT(machine.graphics.bufferSizes, ElementsAre(33'554'432u, 33'554'432u));
 }
 
 TEST_F(ControlledPulseTest, theGraphicsWorkerWithoutBuffersCopiesNothingAndEndsWithTheFlag)
 {
     EngineAtomicFlag flag;
-    machine.graphics.hasMemory = false;
-    std::thread stopper([&] { flag.setValue(false); });
-    copyGraphicsMemory(*machine.graphics.openDefaultQueue(), flag);
-    stopper.join();
-    EXPECT_EQ(machine.graphics.copies, 0);
+    for (const std::size_t available : {0u, 1u}) {
+        flag.setValue(true);
+        machine.graphics.bufferSizes = {};
+        machine.graphics.buffersAvailable = available;
+        std::thread stopper([&] { flag.setValue(false); });
+        copyGraphicsMemory(*machine.graphics.openDefaultQueue(), flag);
+        stopper.join();
+        EXPECT_EQ(machine.graphics.copies, 0);
+        EXPECT_EQ(machine.graphics.bufferSizes.size(), 2u) << "both are asked for";
+    }
 }
 
 TEST_F(ControlledPulseTest, aGraphicsCopyThatThrowsEndsTheGraphicsWorkerAlone)

@@ -105,6 +105,31 @@ TEST(Published, aSubscriberMaySetThePropertyAgain)
     EXPECT_EQ(lamp.level, 3);
 }
 
+TEST(Published, nobodyHearsAnOldValueAfterANewerOne)
+{
+    Lamp lamp;
+    std::vector<int> received;
+    const auto first = lamp.level.subscribe([&](int level) {
+        if (level == 2)
+            lamp.level = 3;
+    });
+    const auto second = lamp.level.subscribe([&](int level) { received.push_back(level); });
+    lamp.level = 2;
+    EXPECT_THAT(received, ElementsAre(1, 3));
+}
+
+TEST(Published, aValueSetDuringTheFirstDeliveryArrivesToo)
+{
+    Lamp lamp;
+    std::vector<int> received;
+    const auto subscriber = lamp.level.subscribe([&](int level) {
+        received.push_back(level);
+        if (level == 1)
+            lamp.level = 2;
+    });
+    EXPECT_THAT(received, ElementsAre(1, 2));
+}
+
 TEST(Published, endedSubscriptionsAreForgottenWhenNewOnesCome)
 {
     Lamp lamp;

@@ -70,6 +70,16 @@ public:
         }
     }
 
+    /// Runs what has been posted so far.
+    void drainMain()
+    {
+        while (!main.empty()) {
+            const auto task = std::move(main.front());
+            main.pop_front();
+            task();
+        }
+    }
+
     void run(Task task)
     {
         const std::lock_guard guard(lock);
@@ -111,6 +121,7 @@ struct PulseThreads : ::testing::Test
 {
     RealThreads threads;
     test::FakeMachine machine;
+    const std::thread::id testThread = std::this_thread::get_id(); // plays the main thread
     std::atomic<int> progressCalls = 0;
     std::atomic<int> completions = 0;
 
@@ -119,10 +130,14 @@ struct PulseThreads : ::testing::Test
         engine.executeControlledPulse(
             40.0,
             [this](double, double) {
+                EXPECT_EQ(std::this_thread::get_id(), testThread);
                 EXPECT_EQ(completions, 0);
                 ++progressCalls;
             },
-            [this](double) { ++completions; });
+            [this](double) {
+                EXPECT_EQ(std::this_thread::get_id(), testThread);
+                ++completions;
+            });
     }
 
     ThermalEngine::Machine engineMachine()
@@ -142,6 +157,7 @@ TEST_F(PulseThreads, everyWorkerEndsWhenTheTargetIsReached)
     startPulse(engine);
     threads.runMainUntil([this] { return completions == 1; });
     threads.join();
+    threads.drainMain();
     EXPECT_EQ(progressCalls, 10);
 }
 
@@ -173,6 +189,7 @@ TEST_F(PulseThreads, everyWorkerEndsByTheDeadManWhileTheReadHangs)
     engine.released = true; // the supervisor comes back late and finds nothing left to do
     engine.released.notify_all();
     threads.join();
+    threads.drainMain();
     EXPECT_EQ(completions, 1);
     EXPECT_EQ(progressCalls, 2);
 }
@@ -192,6 +209,7 @@ TEST_F(PulseThreads, theDeadManAndTheSupervisorMayComeAtTheSameMoment)
         threads.run(threads.deadMen.front().task);
         threads.runMainUntil([this] { return completions == 1; });
         threads.join();
+        threads.drainMain();
         EXPECT_EQ(completions, 1);
     }
 }

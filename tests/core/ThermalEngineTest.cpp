@@ -78,6 +78,23 @@ TEST(ThermalEngine, aSessionThatDoesNotTellCountsAsAPresentUser)
     EXPECT_EQ(engine.getUserIdleSeconds(), 0.0);
 }
 
+TEST(ThermalEngine, throwingReadersDegradeToNeutralValues)
+{
+    struct ThrowingIdleTime : InputIdleTime
+    {
+        std::optional<std::chrono::duration<double>> sinceLastInput() override { throw std::runtime_error("idle"); }
+    } idle;
+    struct ThrowingPower : PowerSources
+    {
+        std::vector<PowerSource> list() override { throw std::runtime_error("power"); }
+    } power;
+    FakeMachine machine;
+    ThermalEngine engine(
+        {machine.sensors, idle, power, machine.graphics, machine.processors, machine.world, machine.world});
+    EXPECT_EQ(engine.getUserIdleSeconds(), 0.0);
+    EXPECT_EQ(engine.getPowerStatus(), (PowerStatus{false, 100}));
+}
+
 TEST(ThermalEngine, tellsThePowerStatusOfTheMachine)
 {
     FakeMachine machine;

@@ -25,17 +25,37 @@
 
 namespace orvalen::test {
 
+/// A function that a test may set, and that may replace itself while it runs.
+class Hook
+{
+public:
+    template <typename Function>
+    Hook &operator=(Function newFunction)
+    {
+        function = std::make_shared<std::function<void()>>(std::move(newFunction));
+        return *this;
+    }
+    void clear() { function.reset(); }
+    void operator()() const
+    {
+        if (const auto running = function)
+            (*running)();
+    }
+
+private:
+    std::shared_ptr<std::function<void()>> function;
+};
+
 struct FakeTemperatureSensors : TemperatureSensors
 {
     std::optional<std::vector<TemperatureReading>> readings = std::vector<TemperatureReading>{};
-    std::function<void()> beforeRead; ///< May change the readings, sleep in virtual time or throw.
+    Hook beforeRead; ///< May change the readings, sleep in virtual time or throw.
     int reads = 0;
 
     std::optional<std::vector<TemperatureReading>> read() override
     {
         ++reads;
-        if (beforeRead)
-            beforeRead();
+        beforeRead();
         return readings;
     }
 
@@ -61,9 +81,10 @@ struct FakeInputIdleTime : InputIdleTime
 struct FakeGraphicsCopies : GraphicsCopies
 {
     bool hasDevice = true;
-    bool hasMemory = true;
+    std::size_t buffersAvailable = 2;
     std::function<void()> beforeCopy;
     int copies = 0;
+    bool copiedWell = true; ///< Every copy so far was of a whole buffer into another one.
     std::vector<std::size_t> bufferSizes;
 
     struct Buffer : GraphicsBuffer
@@ -75,13 +96,14 @@ struct FakeGraphicsCopies : GraphicsCopies
         std::unique_ptr<GraphicsBuffer> makeBuffer(std::size_t bytes) override
         {
             owner.bufferSizes.push_back(bytes);
-            return owner.hasMemory ? std::make_unique<Buffer>() : nullptr;
+            return owner.bufferSizes.size() <= owner.buffersAvailable ? std::make_unique<Buffer>() : nullptr;
         }
-        void copy(GraphicsBuffer &, GraphicsBuffer &, std::size_t) override
+        void copy(GraphicsBuffer &from, GraphicsBuffer &to, std::size_t bytes) override
         {
             if (owner.beforeCopy)
                 owner.beforeCopy();
             ++owner.copies;
+            owner.copiedWell = owner.copiedWell && &from != &to && bytes == owner.bufferSizes.back();
         }
         FakeGraphicsCopies &owner;
     };

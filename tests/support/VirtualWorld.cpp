@@ -43,8 +43,7 @@ public:
     HeaterQueue(VirtualWorld &world, std::string label) : world(world), label(std::move(label)) {}
     void run(Task task) override
     {
-        if (world.threadsExhausted)
-            throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+        world.takeThread();
         world.heaters.push_back({label, std::move(task)});
     }
 
@@ -60,8 +59,7 @@ std::unique_ptr<RepeatingTask> VirtualWorld::repeatOnMain(std::chrono::milliseco
 
 void VirtualWorld::concurrently(QualityOfService quality, Task task)
 {
-    if (threadsExhausted)
-        throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+    takeThread();
     if (quality == QualityOfService::userInteractive)
         heaters.push_back({{}, std::move(task)});
     else
@@ -71,6 +69,19 @@ void VirtualWorld::concurrently(QualityOfService quality, Task task)
 std::unique_ptr<ConcurrentQueue> VirtualWorld::makeConcurrentQueue(const std::string &label)
 {
     return std::make_unique<HeaterQueue>(*this, label);
+}
+
+void VirtualWorld::concurrentlyAfter(std::chrono::milliseconds delay, Task task)
+{
+    takeThread();
+    at(time + delay, std::move(task));
+}
+
+void VirtualWorld::takeThread()
+{
+    if (threadsLeft <= 0)
+        throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+    --threadsLeft;
 }
 
 bool VirtualWorld::runNext(std::chrono::nanoseconds until)

@@ -28,7 +28,7 @@ public:
     void onMainAfter(std::chrono::milliseconds delay, Task task) override { at(time + delay, std::move(task)); }
     std::unique_ptr<RepeatingTask> repeatOnMain(std::chrono::milliseconds period, Task task) override;
     void concurrently(QualityOfService quality, Task task) override;
-    void concurrentlyAfter(std::chrono::milliseconds delay, Task task) override { at(time + delay, std::move(task)); }
+    void concurrentlyAfter(std::chrono::milliseconds delay, Task task) override;
     std::unique_ptr<ConcurrentQueue> makeConcurrentQueue(const std::string &label) override;
 
     /// Runs `task` at that moment of virtual time.
@@ -36,6 +36,9 @@ public:
 
     /// Runs everything that is due within `duration` and leaves the clock there.
     void advance(std::chrono::nanoseconds duration);
+
+    /// Moves the clock without running anything, as a suspended machine does; what was due runs late.
+    void jump(std::chrono::nanoseconds duration) { time += duration; }
 
     /// Runs what is due now.
     void settle() { advance(std::chrono::nanoseconds::zero()); }
@@ -51,11 +54,12 @@ public:
         Task task;
     };
     std::vector<Heater> heaters;
-    bool threadsExhausted = false; ///< Makes every request for a background thread throw.
+    int threadsLeft = 1'000'000; ///< Background threads that can still be had; beyond them every request throws.
 
 private:
     class Repetition;
     class HeaterQueue;
+    void takeThread();
     bool runNext(std::chrono::nanoseconds until);
 
     std::chrono::nanoseconds time{0};
