@@ -24,8 +24,10 @@ int &introduced(int &argc)
 
 } // namespace
 
-Program::Program(int &argc, char **argv) : application(introduced(argc), argv)
+Program::Program(int &argc, char **argv)
+    : application(introduced(argc), argv), termination(signals.descriptor(), QSocketNotifier::Read)
 {
+    QObject::connect(&termination, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
     std::setlocale(LC_NUMERIC, "C"); // Qt has set the user's; our numbers have a point everywhere
 }
 

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QApplication>
+#include <QSocketNotifier>
+
+#include "platform/posix/TerminationSignals.h"
 
 namespace orvalen {
 
@@ -10,11 +13,13 @@ class Program
 public:
     Program(int &argc, char **argv);
 
-    /// Runs the event loop and ends the process with its result.
+    /// Runs the event loop and ends the process with its result; polite termination signals end it with 0.
     [[noreturn]] void run();
 
 private:
+    TerminationSignals signals;
     QApplication application;
+    QSocketNotifier termination;
 };
 
 } // namespace orvalen

@@ -1,5 +1,6 @@
 """A person at the simulated laptop, which starts cold."""
 import re
+import signal
 import time
 
 from privatedesktop import wait_for
@@ -105,6 +106,29 @@ def test_control_q_ends_it_in_order(desktop):
     desktop.keys('ctrl+q')
     assert program.wait(10) == 0
     assert desktop.written() == ''
+
+
+def test_control_q_in_mid_pulse_does_not_wait_for_its_end(desktop):
+    program = start(desktop)
+    desktop.controls.press(TRIGGER)
+    desktop.controls.wait('WARMING UP')
+    desktop.activate('Orvalen')
+    desktop.keys('ctrl+q')
+    assert program.wait(5) == 0  # and with it every thread that heats
+    assert desktop.written() == ''
+
+
+def test_a_program_stopped_in_mid_pulse_ends_the_pulse_when_it_goes_on(desktop):
+    program = start(desktop)
+    desktop.controls.press(TRIGGER)
+    desktop.controls.wait('WARMING UP')
+    program.send_signal(signal.SIGSTOP)
+    time.sleep(PULSE_LIMIT + 1)  # the very thing: time passes while it cannot look
+    program.send_signal(signal.SIGCONT)
+    desktop.controls.wait(TRIGGER, 3)
+    notification = desktop.notifications.next()
+    assert notification['body'].startswith('Display Ready!')
+    assert desktop.notifications.next(1) is None, 'completed twice'
 
 
 def test_a_termination_signal_ends_it_in_order(desktop):

@@ -10,6 +10,7 @@ orvalen_test(platform_linux_test
         SysfsFilesTest.cpp
         TemperatureSensorsContractTest.cpp
         TemperatureSensorsSysfsTest.cpp
+        TerminationSignalsTest.cpp
         ../support/SysfsTree.cpp
     LIBRARIES orvalen_platform_linux orvalen_platform_posix orvalen_core
 )
