@@ -5,6 +5,7 @@
 
 #include "app/NativePlatform.h"
 #include "platform/linux/ClockBoottime.h"
+#include "platform/linux/FontsWarmUp.h"
 #include "platform/linux/GraphicsCopiesVulkan.h"
 #include "platform/linux/InputIdleTimeX11.h"
 #include "platform/linux/NotificationsDBus.h"
@@ -40,6 +41,11 @@ std::unique_ptr<InputIdleTime> inputIdleTime()
 }
 
 } // namespace
+
+void prepareNativePlatform()
+{
+    warmUpFonts();
+}
 
 Platform nativePlatform(const QString &settingsName)
 {

@@ -7,12 +7,13 @@ int main(int argc, char **argv)
 {
     using namespace orvalen;
 
+    prepareNativePlatform();
     Program program(argc, argv);
     Platform::install(nativePlatform(QStringLiteral("Orvalen")));
     auto &platform = Platform::installed();
 
     MainView window(AppState::shared(), *platform.urls);
-    window.followColorScheme(*platform.colorScheme);
     window.show();
+    window.followColorScheme(*platform.colorScheme); // asks the desktop, whose answer need not be waited for
     program.run();
 }

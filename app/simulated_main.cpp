@@ -48,6 +48,7 @@ void placeSideBySide(QWidget &first, QWidget &second)
 
 int main(int argc, char **argv)
 {
+    prepareNativePlatform();
     Program program(argc, argv);
     SimulatedLaptop *laptop = nullptr;
     Platform::install(simulatedPlatform(laptop));

@@ -4,6 +4,7 @@ include(GNUInstallDirs)
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG") # small before fast: what is hot here is a lock and a copy
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
@@ -18,6 +19,9 @@ function(orvalen_common target)
     target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual
         $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local -Wduplicated-cond -Wlogical-op>)
+    # Pages that are never read need no memory: each function can be left out, and is where nobody calls it.
+    target_compile_options(${target} PRIVATE -ffunction-sections -fdata-sections)
+    target_link_options(${target} PRIVATE -Wl,--gc-sections)
     if(ORVALEN_SANITIZE)
         # What the sanitizers insert makes gcc see uninitialised members in moved std::optionals.
         target_compile_options(${target} PRIVATE -fsanitize=${ORVALEN_SANITIZE} -fno-omit-frame-pointer

@@ -5,7 +5,7 @@ buildPackages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev libqt6svg6-dev
     libxcb1-dev libxcb-randr0-dev libxcb-screensaver0-dev
-    libvulkan-dev
+    libvulkan-dev libfontconfig-dev
     libcanberra-dev
 )
 

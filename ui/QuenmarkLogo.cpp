@@ -1,5 +1,6 @@
 #include "ui/QuenmarkLogo.h"
 
+#include <QImageReader>
 #include <QPainter>
 
 #include "ui/kit/Builders.h"
@@ -30,7 +31,9 @@ private:
 std::optional<QImage> firstPicture(const QStringList &files)
 {
     for (const auto &file : files) {
-        if (QImage image(file); !image.isNull())
+        QImageReader reader(file, "png");
+        reader.setAutoDetectImageFormat(false); // else Qt loads a library for every other format to ask it
+        if (QImage image = reader.read(); !image.isNull())
             return image;
     }
     return std::nullopt;

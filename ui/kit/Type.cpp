@@ -1,5 +1,6 @@
 #include "ui/kit/Type.h"
 
+#include <QFontDatabase>
 #include <QFontInfo>
 #include <QFontMetricsF>
 #include <QWidget>
@@ -45,8 +46,12 @@ int textWidth(const QFont &font, const QString &text)
 QFont numberFont(const QWidget &widget, int size)
 {
     QFont font = Type{.size = size, .weight = QFont::ExtraBold}.font(widget);
-    font.setFamilies(QStringList{".AppleSystemUIFontRounded", "SF Pro Rounded", "Nunito", "Inter Display", "Inter"} +
-                     font.families());
+    for (const char *family : {".AppleSystemUIFontRounded", "SF Pro Rounded", "Nunito", "Inter Display", "Inter"}) {
+        if (QFontDatabase::hasFamily(family)) { // a family that is not there would cost a search for its likes
+            font.setFamily(family);
+            break;
+        }
+    }
     font.setLetterSpacing(QFont::PercentageSpacing, 98);
     return font;
 }
