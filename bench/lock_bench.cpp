@@ -54,7 +54,7 @@ public:
     void unlock() { pthread_mutex_unlock(&mutex); }
 
 private:
-    pthread_mutex_t mutex;
+    pthread_mutex_t mutex = {};
 };
 
 class NaiveSpinLock

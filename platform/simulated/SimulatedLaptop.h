@@ -48,7 +48,7 @@ public:
     void countCopy(std::size_t bytes);
 
     // What only a simulated machine tells, and lets be changed.
-    [[nodiscard]] std::chrono::nanoseconds now() const; ///< By its clock.
+    [[nodiscard]] std::chrono::nanoseconds now() const;           ///< By its clock.
     [[nodiscard]] std::vector<TemperatureReading> trueReadings(); ///< Without the faults.
     [[nodiscard]] double roomCelsius();
     void setRoomCelsius(double celsius);
