@@ -66,6 +66,8 @@ GraphicsCopiesVulkan::GraphicsCopiesVulkan(SoftwareDevices softwareDevices, std:
 
 std::unique_ptr<GraphicsQueue> GraphicsCopiesVulkan::openDefaultQueue()
 {
+    if (*hasStuck)
+        return nullptr;
     try {
         vk::raii::Context context;
         vk::raii::Instance instance = makeInstance(context);
@@ -80,7 +82,8 @@ std::unique_ptr<GraphicsQueue> GraphicsCopiesVulkan::openDefaultQueue()
             if (!family)
                 continue;
             try {
-                return std::make_unique<GraphicsQueueVulkan>(open(context, instance, device, *family), patience);
+                return std::make_unique<GraphicsQueueVulkan>(open(context, instance, device, *family), patience,
+                                                             hasStuck);
             } catch (const vk::SystemError &) { // NOLINT(bugprone-empty-catch): perhaps the next one opens
             }
         }

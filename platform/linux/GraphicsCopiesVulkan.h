@@ -1,12 +1,16 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
+#include <memory>
 
 #include "platform/GraphicsCopies.h"
 
 namespace orvalen {
 
 /// Graphics copies by Vulkan. The Vulkan library and its drivers are in memory only while a queue is open.
+///
+/// A device that once did not finish a copy is left alone from then on: no further queue is opened.
 ///
 /// The default device is the first discrete one, else the first integrated one, else the first of any other kind.
 class GraphicsCopiesVulkan : public GraphicsCopies
@@ -28,6 +32,8 @@ public:
 private:
     SoftwareDevices softwareDevices;
     std::chrono::nanoseconds patience;
+    std::shared_ptr<std::atomic<bool>> hasStuck =
+        std::make_shared<std::atomic<bool>>(false); ///< Shared with the queues.
 };
 
 } // namespace orvalen

@@ -23,15 +23,18 @@ void record(const vk::raii::CommandBuffer &commands, vk::Buffer from, vk::Buffer
 
 } // namespace
 
-GraphicsQueueVulkan::GraphicsQueueVulkan(std::unique_ptr<VulkanDevice> device, std::chrono::nanoseconds patience)
-    : device(std::move(device)), patience(patience)
+GraphicsQueueVulkan::GraphicsQueueVulkan(std::unique_ptr<VulkanDevice> device, std::chrono::nanoseconds patience,
+                                         std::shared_ptr<std::atomic<bool>> hasStuck)
+    : device(std::move(device)), patience(patience), hasStuck(std::move(hasStuck))
 {
 }
 
 GraphicsQueueVulkan::~GraphicsQueueVulkan()
 {
-    if (device->state == State::stuck)
+    if (device->state == State::stuck) {
+        *hasStuck = true;
         static_cast<void>(device.release());
+    }
 }
 
 std::unique_ptr<GraphicsBuffer> GraphicsQueueVulkan::makeBuffer(std::size_t bytes)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <memory>
 
@@ -12,7 +13,9 @@ namespace orvalen {
 class GraphicsQueueVulkan : public GraphicsQueue
 {
 public:
-    GraphicsQueueVulkan(std::unique_ptr<VulkanDevice> device, std::chrono::nanoseconds patience);
+    /// `hasStuck` is set when a copy has outlasted `patience`.
+    GraphicsQueueVulkan(std::unique_ptr<VulkanDevice> device, std::chrono::nanoseconds patience,
+                        std::shared_ptr<std::atomic<bool>> hasStuck);
     ~GraphicsQueueVulkan() override;
     GraphicsQueueVulkan(GraphicsQueueVulkan &&) = delete;
 
@@ -23,6 +26,7 @@ public:
 private:
     std::unique_ptr<VulkanDevice> device;
     std::chrono::nanoseconds patience;
+    std::shared_ptr<std::atomic<bool>> hasStuck;
 };
 
 } // namespace orvalen

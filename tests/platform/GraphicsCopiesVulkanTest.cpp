@@ -136,6 +136,7 @@ TEST_F(GraphicsCopiesVulkanTest, aQueueWhoseCopyDoesNotEndInTimeIsGivenUp)
     EXPECT_FALSE(stuck->makeBuffer(4096)) << "no time at all was enough for 32 MiB";
     stuck->copy(*a, *b, pulseBytes); // Nothing, and above all no second wait.
     a.reset(), b.reset(), stuck.reset();
+    EXPECT_FALSE(impatient.openDefaultQueue()) << "a second queue would be lost like the first";
     EXPECT_TRUE(copies.openDefaultQueue()) << "the next pulse gets a queue again";
 }
 
