@@ -137,7 +137,7 @@ TEST_F(GraphicsCopiesVulkanTest, aQueueWhoseCopyDoesNotEndInTimeIsGivenUp)
     stuck->copy(*a, *b, pulseBytes); // Nothing, and above all no second wait.
     a.reset(), b.reset(), stuck.reset();
     EXPECT_FALSE(impatient.openDefaultQueue()) << "a second queue would be lost like the first";
-    EXPECT_TRUE(copies.openDefaultQueue()) << "the next pulse gets a queue again";
+    EXPECT_TRUE(copies.openDefaultQueue()) << "another adapter knows nothing of it";
 }
 
 TEST_F(GraphicsCopiesVulkanTest, aProcessorInDisguiseCountsAsNone)
