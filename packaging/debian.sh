@@ -3,7 +3,7 @@
 # To compile and link the programs.
 buildPackages=(
     g++ cmake ninja-build pkg-config
-    qt6-base-dev libqt6svg6-dev
+    qt6-base-dev qt6-svg-dev
     libxcb1-dev libxcb-randr0-dev libxcb-screensaver0-dev
     libvulkan-dev libfontconfig-dev
     libcanberra-dev
