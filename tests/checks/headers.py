@@ -26,7 +26,7 @@ BOOST = re.compile(r'boost/.*$')
 JPEG = re.compile(r'(turbojpeg|jpeglib)\.h$')
 LINUX = re.compile(
     r'(linux|asm|asm-generic|bits|systemd|libudev|dbus|xcb|X11|xkbcommon|vulkan|pipewire|spa|alsa|pulse)(/.*|\.h)$|'
-    r'(wayland-|libei|canberra|sensors/|libspeechd|speech-dispatcher/|gio/|glib).*$|'
+    r'(wayland-|libei|canberra|fontconfig/|sensors/|libspeechd|speech-dispatcher/|gio/|glib).*$|'
     r'(endian|byteswap|malloc|features|mntent|values)\.h$|'
     r'sys/(epoll|eventfd|inotify|fanotify|signalfd|timerfd|prctl|sysinfo|sendfile|syscall|statfs|vfs|xattr|random|auxv|'
     r'personality|capability|sysmacros|klog|mount)\.h$')
