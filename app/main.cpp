@@ -14,6 +14,7 @@ int main(int argc, char **argv)
 
     MainView window(AppState::shared(), *platform.urls);
     window.show();
-    window.followColorScheme(*platform.colorScheme); // asks the desktop, whose answer need not be waited for
+    // Asks the desktop, whose answer need not be waited for: a window first.
+    platform.dispatch->onMain([&] { window.followColorScheme(*platform.colorScheme); });
     program.run();
 }

@@ -26,7 +26,7 @@ unsigned unwrapped(QVariant value)
 
 } // namespace
 
-ColorSchemePortal::ColorSchemePortal(QDBusConnection bus) : bus(std::move(bus))
+ColorSchemePortal::ColorSchemePortal(std::function<QDBusConnection()> bus) : bus(std::move(bus))
 {
     qRegisterMetaType<QDBusVariant>(); // else the slot's signature is unknown and connecting fails
 }
@@ -34,9 +34,11 @@ ColorSchemePortal::ColorSchemePortal(QDBusConnection bus) : bus(std::move(bus))
 void ColorSchemePortal::follow(Receive receive)
 {
     followers.push_back(std::move(receive));
-    if (!std::exchange(subscribed, true))
-        bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
-                    SLOT(settingChanged(QString, QString, QDBusVariant)));
+    if (!connection) {
+        connection = bus();
+        connection->connect(service, path, interface, QStringLiteral("SettingChanged"), this,
+                            SLOT(settingChanged(QString, QString, QDBusVariant)));
+    }
     ask();
 }
 
@@ -44,7 +46,7 @@ void ColorSchemePortal::ask()
 {
     auto message = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
     message << appearance << colorScheme;
-    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), this);
+    auto *watcher = new QDBusPendingCallWatcher(connection->asyncCall(message), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *watcher;

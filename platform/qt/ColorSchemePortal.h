@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+#include <optional>
 #include <vector>
 
 #include "platform/ColorScheme.h"
@@ -17,7 +19,8 @@ class ColorSchemePortal : public QObject, public ColorScheme
     Q_OBJECT
 
 public:
-    explicit ColorSchemePortal(QDBusConnection bus = QDBusConnection::sessionBus());
+    /// The bus is connected to when somebody follows.
+    explicit ColorSchemePortal(std::function<QDBusConnection()> bus = QDBusConnection::sessionBus);
 
     void follow(Receive receive) override;
 
@@ -28,9 +31,9 @@ private:
     void ask();
     void tell(const QVariant &preference);
 
-    QDBusConnection bus;
+    std::function<QDBusConnection()> bus;
+    std::optional<QDBusConnection> connection;
     std::vector<Receive> followers;
-    bool subscribed = false;
 };
 
 } // namespace orvalen

@@ -96,7 +96,7 @@ TEST_F(ColorSchemePortalOnABus, tellsThePreferenceAndItsChanges)
 {
     auto desktop = connect("desktop");
     startPortal(desktop);
-    ColorSchemePortal scheme(connect("us"));
+    ColorSchemePortal scheme([this] { return connect("us"); });
     scheme.follow([&](unsigned preference) { received.push_back(preference); });
     EXPECT_THAT(received, IsEmpty()); // never from within the call
     ASSERT_TRUE(waitFor(1));
@@ -114,7 +114,7 @@ TEST_F(ColorSchemePortalOnABus, tellsEverybodyWhoFollows)
 {
     auto desktop = connect("desktop");
     startPortal(desktop);
-    ColorSchemePortal scheme(connect("us"));
+    ColorSchemePortal scheme([this] { return connect("us"); });
     std::vector<unsigned> first;
     scheme.follow([&](unsigned preference) { first.push_back(preference); });
     scheme.follow([&](unsigned preference) { received.push_back(preference); });
@@ -126,7 +126,7 @@ TEST_F(ColorSchemePortalOnABus, tellsEverybodyWhoFollows)
 
 TEST(ColorSchemePortal, isSilentWithoutABus)
 {
-    ColorSchemePortal scheme(QDBusConnection::connectToBus("unix:path=/nonexistent", "nowhere"));
+    ColorSchemePortal scheme([] { return QDBusConnection::connectToBus("unix:path=/nonexistent", "nowhere"); });
     int calls = 0;
     scheme.follow([&](unsigned) { ++calls; });
     QCoreApplication::processEvents();

@@ -262,7 +262,7 @@ TEST(QuenmarkLogo, isBuiltIn)
 {
     const auto logo = loadQuenmarkLogo();
     ASSERT_TRUE(logo);
-    EXPECT_EQ(logo->size(), QSize(256, 256));
+    EXPECT_EQ(logo->size(), QSize(112, 112));
 }
 
 TEST(QuenmarkLogo, theFirstFileThatHoldsAPictureCounts)
