@@ -185,7 +185,8 @@ class Desktop:
 
     def activate(self, title):
         """Gives the window of that title the keyboard."""
-        window = wait_for(lambda: self.windows(title), what='a window "%s"' % title)[-1]
+        tree = Later(lambda: self.output(['xwininfo', '-root', '-tree']))
+        window = wait_for(lambda: self.windows(title), 30, Later(lambda: 'a window "%s" in %s' % (title, tree)))[-1]
         self.output(['xdotool', 'windowactivate', '--sync', window])
 
     def close(self, title):
