@@ -79,14 +79,19 @@ def start_to_paint(desktop, folder, program):
     return float(output)
 
 
-def of_all_threads(pid, read):
-    total = 0
+def by_thread(pid, read):
+    figures = {}
     for task in Path(f"/proc/{pid}/task").iterdir():
         try:
-            total += read(task)
-        except FileNotFoundError:
+            figures[task.name] = read(task)
+        except (FileNotFoundError, ProcessLookupError):  # it has just ended
             pass
-    return total
+    return figures
+
+
+def risen(before, after):
+    """By how much all threads together have risen; one that has ended meanwhile takes nothing away."""
+    return sum(figure - before.get(thread, 0) for thread, figure in after.items())
 
 
 def cpu_seconds(task):
@@ -110,10 +115,10 @@ def idle(desktop, program, seconds):
     if process.poll() is not None:
         sys.exit(f"{program} ended by itself")
     pid = process.pid
-    cpu, woken, begin = of_all_threads(pid, cpu_seconds), of_all_threads(pid, wake_ups), time.monotonic()
+    cpu, woken, begin = by_thread(pid, cpu_seconds), by_thread(pid, wake_ups), time.monotonic()
     time.sleep(seconds)
     elapsed = time.monotonic() - begin
-    figures = ((of_all_threads(pid, cpu_seconds) - cpu) / elapsed, (of_all_threads(pid, wake_ups) - woken) / elapsed,
+    figures = (risen(cpu, by_thread(pid, cpu_seconds)) / elapsed, risen(woken, by_thread(pid, wake_ups)) / elapsed,
                proportional_memory(pid))
     process.terminate()
     process.wait()
