@@ -2,4 +2,5 @@
 # Renders the logo's picture from its drawing. Needs librsvg (Debian: librsvg2-bin).
 set -eu
 cd "$(dirname "$0")"
-rsvg-convert --width 256 --height 256 --output quenmark-logo.png quenmark-logo.svg
+# 112 pixels: the 28 points of the header at a scale of 4.
+rsvg-convert --width 112 --height 112 --output quenmark-logo.png quenmark-logo.svg

@@ -9,8 +9,6 @@ namespace orvalen {
 
 namespace {
 
-constexpr int largestSide = 112; // the header's 28 points at a scale of 4
-
 class Picture : public QWidget
 {
 public:
@@ -34,7 +32,6 @@ std::optional<QImage> firstPicture(const QStringList &files)
 {
     for (const auto &file : files) {
         QImageReader reader(file, "png");
-        reader.setScaledSize({largestSide, largestSide});
         reader.setAutoDetectImageFormat(false); // else Qt loads a library for every other format to ask it
         if (QImage image = reader.read(); !image.isNull())
             return image;

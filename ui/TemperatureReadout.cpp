@@ -1,10 +1,11 @@
 #include "ui/TemperatureReadout.h"
 
 #include <QEvent>
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 #include "ui/kit/Formats.h"
 #include "ui/kit/Type.h"
@@ -18,12 +19,14 @@ constexpr kit::Type unitType{.size = 20, .weight = QFont::Medium};
 constexpr int gap = 4;
 const auto unit = QStringLiteral("°C");
 
+/// Three of the widest digit and the point, each by itself: nothing is shaped for it.
 int widestUsualNumber(const QFont &font)
 {
-    int widest = 0;
+    const QFontMetricsF metrics(font);
+    double widestDigit = 0.0;
     for (const QChar digit : QStringLiteral("0123456789"))
-        widest = std::max(widest, kit::textWidth(font, QString("xx.x").replace('x', digit)));
-    return widest;
+        widestDigit = std::max(widestDigit, metrics.horizontalAdvance(digit));
+    return static_cast<int>(std::ceil(3 * widestDigit + metrics.horizontalAdvance(QChar('.'))));
 }
 
 } // namespace

@@ -14,7 +14,8 @@ namespace orvalen::kit {
 
 namespace {
 
-constexpr int comfortableWidth = 320; // of a paragraph that nobody has given a width
+constexpr int comfortableWidth = 320;  // of a paragraph that nobody has given a width
+constexpr std::size_t mostWidths = 16; // remembered of one text
 
 QSizeF lay(QTextLayout &layout, double width, int lineHeight)
 {
@@ -70,12 +71,20 @@ void TextLabel::setElided(Qt::TextElideMode mode)
 QSize TextLabel::laidOut(int width) const
 {
     const auto font = textType.font(*this);
+    if (measured.text != text() || measured.font != font || measured.wraps != wordWrap() ||
+        measured.sizes.size() > mostWidths)
+        measured = {text(), font, wordWrap(), {}};
+    const auto [known, isNew] = measured.sizes.try_emplace(width);
+    if (!isNew)
+        return known->second;
+
     QTextLayout layout(text(), font);
     QTextOption option;
     option.setWrapMode(wordWrap() ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
     layout.setTextOption(option);
     const auto size = lay(layout, width, lineHeight(font));
-    return {static_cast<int>(std::ceil(size.width())), static_cast<int>(size.height())};
+    known->second = {static_cast<int>(std::ceil(size.width())), static_cast<int>(size.height())};
+    return known->second;
 }
 
 QSize TextLabel::sizeHint() const

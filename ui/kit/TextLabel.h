@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QFont>
 #include <QLabel>
+
+#include <map>
 
 #include "ui/kit/Shade.h"
 #include "ui/kit/Type.h"
@@ -33,7 +36,17 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    /// How large the text is at that width. Layouts ask again and again; what has been answered is remembered.
     [[nodiscard]] QSize laidOut(int width) const;
+
+    struct Measured
+    {
+        QString text;
+        QFont font;
+        bool wraps = false;
+        std::map<int, QSize> sizes; ///< By width.
+    };
+    mutable Measured measured;
 
     Type textType;
     Shade textShade = neutral::text;
