@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""The whole program against an empty Qt window: start, memory, and what it costs when nothing happens.
+"""The whole program against an empty Qt window, and one with a few words: start, memory, and the cost of doing nothing.
 
     bench/program_bench.py [--starts N] [--seconds S] [BUILD_FOLDER]
 
 Runs on a virtual display of its own, with 60 warm sensors mounted over /sys (needs root or user namespaces), a home of its
-own and a session bus of its own. Starts alternate between the two programs; figures are medians.
+own and a session bus of its own. Starts alternate between the programs; figures are medians.
 """
 import argparse
 import os
@@ -133,29 +133,32 @@ def main():
     arguments.add_argument("folder", nargs="?", type=Path, default=ROOT / "build/release")
     options = arguments.parse_args()
     folder = options.folder.resolve()
-    ours, peer = folder / "bin/orvalen", folder / "bench/empty_window"
+    programs = [folder / name for name in ("bin/orvalen", "bench/empty_window", "bench/text_window")]
 
     place = Path(tempfile.mkdtemp(prefix="orvalen-bench-"))
     desktop = Desktop(place)
     try:
-        starts = {ours: [], peer: []}
-        for program in (ours, peer):
+        starts = {program: [] for program in programs}
+        for program in programs:
             start_to_paint(desktop, folder, program)  # into the page cache
         for _ in range(options.starts):
-            for program in (ours, peer):
+            for program in programs:
                 starts[program].append(start_to_paint(desktop, folder, program))
-        start, peer_start = (statistics.median(starts[program]) for program in (ours, peer))
-        cpu, woken, memory = idle(desktop, ours, options.seconds)
-        peer_cpu, peer_woken, peer_memory = idle(desktop, peer, options.seconds)
+        start = [statistics.median(starts[program]) for program in programs]
+        cpu, woken, memory = zip(*(idle(desktop, program, options.seconds) for program in programs))
     finally:
         desktop.end()
         shutil.rmtree(place)
 
-    print(f"{'':34}{'orvalen':>10}{'empty':>10}{'ratio':>8}   goal")
-    print(f"{'start to first paint, ms':34}{start:10.1f}{peer_start:10.1f}{start / peer_start:8.2f}   at most 1.5")
-    print(f"{'proportional memory, MiB':34}{memory:10.1f}{peer_memory:10.1f}{memory / peer_memory:8.2f}   at most 1.3")
-    print(f"{'idle CPU, % of a core':34}{100 * cpu:10.3f}{100 * peer_cpu:10.3f}{'':8}   at most 0.1")
-    print(f"{'idle wake-ups per second':34}{woken:10.2f}{peer_woken:10.2f}")
+    def row(what, figures, form, goal=None):
+        ratio = f"{figures[0] / figures[1]:10.2f}" if goal and figures[1] else f"{'':10}"
+        print(f"{what:28}" + "".join(f"{figure:10{form}}" for figure in figures) + ratio + (f"   {goal}" if goal else ""))
+
+    print(f"{'':28}{'orvalen':>10}{'empty':>10}{'text':>10}{'to empty':>10}   goal")
+    row("start to first paint, ms", start, ".1f", "at most 1.5 times")
+    row("proportional memory, MiB", memory, ".1f", "at most 1.3 times")
+    row("idle CPU, % of a core", [100 * share for share in cpu], ".3f", "at most 0.1 %")
+    row("idle wake-ups per second", woken, ".2f")
 
 
 if __name__ == "__main__":
