@@ -36,6 +36,14 @@ function(orvalen_library name)
     orvalen_common(${name})
 endfunction()
 
+# orvalen_helper_program(name SOURCES... )   A program that ours start, and people only by way of them.
+function(orvalen_helper_program name)
+    add_executable(${name} ${ARGN})
+    orvalen_common(${name})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${ORVALEN_LIBEXEC_OUTPUT_DIRECTORY}")
+    install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/orvalen")
+endfunction()
+
 # orvalen_test(name SOURCES ... [LIBRARIES ...] [LABELS ...] [ENVIRONMENT ...] [TIMEOUT seconds])
 # One GoogleTest binary, each of its cases a test of its own.
 function(orvalen_test name)

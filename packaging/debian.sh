@@ -4,15 +4,17 @@
 buildPackages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-svg-dev
-    libxcb1-dev libxcb-randr0-dev libxcb-screensaver0-dev
+    libxcb1-dev libxcb-randr0-dev libxcb-screensaver0-dev libxcb-shm0-dev libxcb-xfixes0-dev
+    libboost-dev libjpeg62-turbo-dev libqrencode-dev
     libvulkan-dev libfontconfig-dev
     libcanberra-dev
 )
 
-# To look and sound as intended, and to ask an X display whether it is there.
+# To look and sound as intended, to speak, to end stale stream servers, and to ask an X display whether it is there.
 runPackages=(
     fonts-inter fonts-noto-color-emoji
     x11-utils
+    procps speech-dispatcher speech-dispatcher-espeak-ng
 )
 
 # To have a desktop where there is none.
@@ -22,11 +24,13 @@ virtualDesktopPackages=(xvfb openbox dbus-daemon dunst imagemagick)
 testPackages=(
     "${virtualDesktopPackages[@]}"
     libgtest-dev libgmock-dev libbenchmark-dev
-    clang clang-format clang-tidy
+    clang clang-format clang-tidy libclang-rt-14-dev
     python3 python3-pytest python3-gi gir1.2-atspi-2.0 at-spi2-core
     mesa-vulkan-drivers
     pipewire pipewire-pulse wireplumber libcanberra-pulse pulseaudio-utils sound-theme-freedesktop sox
-    git xdotool
+    git xdotool xclip
+    iproute2 curl avahi-daemon espeak-ng
+    chromium chromium-driver python3-selenium zbar-tools
     stress-ng
 )
 

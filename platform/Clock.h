@@ -14,7 +14,7 @@ public:
     /// counting while the machine is suspended.
     [[nodiscard]] virtual std::chrono::nanoseconds now() const = 0;
 
-    /// Blocks the calling thread for at least `duration`. Never called on the main thread.
+    /// Blocks the calling thread for at least `duration`. The main thread sleeps for fractions of a second at most.
     virtual void sleepFor(std::chrono::nanoseconds duration) = 0;
 };
 

@@ -1,18 +1,26 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
+#include "platform/ChildProcesses.h"
 #include "platform/Clock.h"
 #include "platform/ColorScheme.h"
 #include "platform/Dispatch.h"
 #include "platform/GraphicsCopies.h"
+#include "platform/HostName.h"
 #include "platform/InputIdleTime.h"
+#include "platform/NetworkInterfaces.h"
 #include "platform/Notifications.h"
+#include "platform/Pasteboard.h"
 #include "platform/PowerSources.h"
 #include "platform/Processors.h"
+#include "platform/ScreenCaptureAccess.h"
 #include "platform/SettingsStore.h"
 #include "platform/Sounds.h"
+#include "platform/Speech.h"
 #include "platform/TemperatureSensors.h"
+#include "platform/TextFiles.h"
 #include "platform/UrlOpener.h"
 
 namespace orvalen {
@@ -33,6 +41,14 @@ struct Platform
     std::unique_ptr<Notifications> notifications;
     std::unique_ptr<UrlOpener> urls;
     std::unique_ptr<ColorScheme> colorScheme;
+    std::unique_ptr<ChildProcesses> processes;
+    std::unique_ptr<HostName> hostName;
+    std::unique_ptr<NetworkInterfaces> interfaces;
+    std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<ScreenCaptureAccess> captureAccess;
+    std::unique_ptr<Speech> speech;
+    std::unique_ptr<TextFiles> files;
+    std::string streamServer; ///< Absolute path of the stream server's program.
 
     /// Main thread. Installing twice, or a platform with a service missing, is a programming error and aborts.
     static void install(Platform platform);

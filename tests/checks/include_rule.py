@@ -33,8 +33,8 @@ ROOMS = {
     'report': Room({'core', 'platform'}, RULES),
     'system': Room({'core', 'streaming', 'platform'}, RULES),
     # Programs of their own, without Qt.
-    'streaming/server': Room(set(), {'standard', 'posix', 'boost', 'jpeg'}),
-    'streaming/screencapture': Room(set(), {'standard', 'posix', 'jpeg', 'linux'}),
+    'streaming/server': Room({'platform/posix'}, {'standard', 'posix', 'boost', 'jpeg'}),
+    'streaming/screencapture': Room({'platform/posix'}, {'standard', 'posix', 'jpeg', 'linux'}),
     'platform': Room(set(), {'standard'}),
     'platform/posix': Room({'platform'}, {'standard', 'posix'}),
     'platform/qt': Room({'platform', 'platform/posix'}, {'standard', 'posix', 'qt'}),

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace orvalen {
+
+/// A program that was started and is ours to end. Letting it go leaves it running.
+class ChildProcess
+{
+public:
+    virtual ~ChildProcess() = default;
+
+    [[nodiscard]] virtual bool isRunning() = 0;
+
+    /// Asks it to end. Does not wait.
+    virtual void terminate() = 0;
+
+    /// Blocks until it has ended. One that ignores being asked to end is ended by force after a while.
+    virtual void waitUntilExit() = 0;
+};
+
+/// Starts programs by absolute path and argument list, never through a shell. They inherit standard output and standard
+/// error and no other descriptor, and no blocked signal. Any thread.
+class ChildProcesses
+{
+public:
+    virtual ~ChildProcesses() = default;
+
+    /// Starts `program` with `arguments` (without the program's own name). Returns as soon as it runs; never null.
+    /// Throws std::system_error if it cannot be started.
+    [[nodiscard]] virtual std::unique_ptr<ChildProcess> launch(const std::string &program,
+                                                               const std::vector<std::string> &arguments) = 0;
+};
+
+} // namespace orvalen
