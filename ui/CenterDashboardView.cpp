@@ -108,8 +108,19 @@ void CenterDashboardView::showTab(int tag)
             tab->layout()->setContentsMargins(side, side, side, side);
         made[tag] = new ScrollArea(tab);
         pages->addWidget(made[tag]);
+        continueOrder(*tab);
     }
     pages->setCurrentWidget(made[tag]);
+}
+
+// What is made late would come last for the Tab key, after the columns beside this one.
+void CenterDashboardView::continueOrder(const QWidget &tab)
+{
+    QWidget *previous = findChildren<TabButton *>().back();
+    for (auto *control : tab.findChildren<Control *>()) {
+        setTabOrder(previous, control);
+        previous = control;
+    }
 }
 
 QWidget *CenterDashboardView::makeTab(int tag)

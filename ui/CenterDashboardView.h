@@ -35,6 +35,7 @@ private:
 
     void showTab(int tag);
     QWidget *makeTab(int tag);
+    void continueOrder(const QWidget &tab);
 
     AppState &state;
     WebScreenServer &webServer;

@@ -97,7 +97,8 @@ QWidget *MultiCloneView::webMirrorCard()
                                                                    Element(codeToScan(), 0, Qt::AlignTop),
                                                                    Element(streamAddresses(), 1, Qt::AlignTop),
                                                                })
-                                                            .spacing(12)),
+                                                            .spacing(12)
+                                                            .padding(0, 4, 0, 0)),
     });
 }
 
@@ -118,22 +119,27 @@ QWidget *MultiCloneView::streamAddresses()
     const auto bonjour = tr("Universal Bonjour (mDNS):");
     const Live<QString> primary(webServer.primaryURL, QString::fromStdString);
     const Live<QString> universal(webServer.bonjourURL, QString::fromStdString);
-    return vStack({
-                      text(browser).size(10).color(neutral::secondary).wrapped(),
-                      addressRow(address(primary, browser).size(12).weight(QFont::Bold),
-                                 {
-                                     smallButton(tr("Copy"), [this] { webServer.copyPrimaryLink(); }).about(primary),
-                                     smallButton(tr("Open"), [this] { webServer.openLocalBrowser(); }).about(primary),
-                                 }),
-                      text(bonjour).size(8).color(neutral::secondary).wrapped(),
-                      addressRow(address(universal, bonjour).size(10).color(accent::purple),
-                                 {
-                                     smallButton(tr("Copy"), [this] { webServer.copyBonjourLink(); })
-                                         .color(accent::purple)
-                                         .about(universal),
-                                 }),
-                  })
-        .spacing(4);
+    auto inBrowser =
+        vStack({
+                   text(browser).size(10).color(neutral::secondary).wrapped(),
+                   addressRow(address(primary, browser).size(12).weight(QFont::Bold),
+                              {
+                                  smallButton(tr("Copy"), [this] { webServer.copyPrimaryLink(); }).about(primary),
+                                  smallButton(tr("Open"), [this] { webServer.openLocalBrowser(); }).about(primary),
+                              }),
+               })
+            .spacing(4);
+    auto byName = vStack({
+                             text(bonjour).size(8).color(neutral::secondary).wrapped(),
+                             addressRow(address(universal, bonjour).size(10).color(accent::purple),
+                                        {
+                                            smallButton(tr("Copy"), [this] { webServer.copyBonjourLink(); })
+                                                .color(accent::purple)
+                                                .about(universal),
+                                        }),
+                         })
+                      .spacing(4);
+    return vStack({inBrowser, byName}).spacing(12);
 }
 
 QWidget *MultiCloneView::tetheringCard()
@@ -179,7 +185,8 @@ QWidget *MultiCloneView::bridgeState()
                                      })
                                   .spacing(1)),
                })
-        .spacing(0);
+        .spacing(0)
+        .padding(0, 4, 0, 0);
 }
 
 QWidget *MultiCloneView::blindVoiceCard()

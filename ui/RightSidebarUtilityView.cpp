@@ -28,7 +28,7 @@ QWidget *RightSidebarUtilityView::header()
                                       .wrapped()),
                       }),
                       leading(capsule(tr("NO INTERNET"), accent::green, 7, 20)),
-                      note(tr("Works completely offline without Wi-Fi, Router or Active Internet.")),
+                      note(tr("Works completely offline without Wi-Fi, Router or Active Internet.")).size(10),
                   })
         .spacing(5);
 }

@@ -1,5 +1,7 @@
 #include "ui/StreamRules.h"
 
+#include "streaming/StreamAddresses.h"
+
 namespace orvalen {
 
 namespace accent = kit::accent;
@@ -59,7 +61,7 @@ QString StreamRules::bridgeLine(const USBBridgeInfo &bridge)
 
 QString StreamRules::usbLink(const std::string &usbIP, int port)
 {
-    return QStringLiteral("http://%1:%2").arg(QString::fromStdString(usbIP), QString::number(port));
+    return QString::fromStdString(streamURL(usbIP, port));
 }
 
 } // namespace orvalen

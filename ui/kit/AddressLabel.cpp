@@ -93,8 +93,9 @@ bool AddressLabel::event(QEvent *event)
     const bool result = QLineEdit::event(event);
     switch (event->type()) {
     case QEvent::ParentChange:
-    case QEvent::FontChange:
         applyFont();
+        if (parentWidget())
+            parentWidget()->installEventFilter(this);
         break;
     case QEvent::PaletteChange:
         applyShade();
@@ -103,6 +104,14 @@ bool AddressLabel::event(QEvent *event)
         break;
     }
     return result;
+}
+
+// Who has a font of his own is not told when the surroundings' font changes.
+bool AddressLabel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == parentWidget() && event->type() == QEvent::FontChange)
+        applyFont();
+    return QLineEdit::eventFilter(watched, event);
 }
 
 void AddressLabel::paintEvent(QPaintEvent *event)

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <numeric>
 
+#include "ui/kit/Accessibility.h"
+
 namespace orvalen::kit {
 
 namespace {
@@ -41,6 +43,7 @@ QImage modulesOf(const QRCodeImage &code)
 
 QRCodeView::QRCodeView(int codeSize, QWidget *parent) : QWidget(parent), codeSize(codeSize)
 {
+    installAccessibility();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setAccessibleName(tr("QR code"));
 }
@@ -71,6 +74,9 @@ void QRCodeView::paintEvent(QPaintEvent *)
     painter.setPen(Qt::NoPen);
     painter.setBrush(Qt::white);
     painter.drawRoundedRect(rect(), radius, radius);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QColor::fromRgba(neutral::edge.light)); // its border on a white card
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
     if (modules.isNull())
         return;
 
