@@ -97,8 +97,9 @@ public:
 
 private:
     std::string getSystemBonjourHost();
+    void killStaleServers();
+    void schedulePortPickUp();
     void copyLink(const std::string &link);
-    void pickUpPort();
 
     std::unique_ptr<ChildProcess> serverProcess;
     std::shared_ptr<WebScreenServer *> self = std::make_shared<WebScreenServer *>(this); // callbacks hold it weakly

@@ -13,7 +13,16 @@ namespace {
 
 bool isOurs(const struct stat &status)
 {
-    return S_ISREG(status.st_mode) && status.st_uid == geteuid() && status.st_nlink == 1;
+    // A single name, or none: then it was replaced after it was opened.
+    return S_ISREG(status.st_mode) && status.st_uid == geteuid() && status.st_nlink <= 1;
+}
+
+/// Whether somebody else owns what stands there, be it a link. The system asks the same of a shared folder's users, but
+/// not of root.
+bool isForeign(const std::filesystem::path &path)
+{
+    struct stat status = {};
+    return ::lstat(path.c_str(), &status) == 0 && status.st_uid != geteuid();
 }
 
 /// Opens what stands there if it is ours; -1 with errno set if not.
@@ -94,6 +103,8 @@ int write(const std::filesystem::path &path, std::string_view contents)
 
 int replace(const std::filesystem::path &path, std::string_view contents, unsigned mode)
 {
+    if (isForeign(path))
+        return EPERM;
     auto temporary = path.string() + ".XXXXXX";
     const int descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
     if (descriptor < 0)
@@ -108,6 +119,13 @@ int replace(const std::filesystem::path &path, std::string_view contents, unsign
     if (error != 0)
         ::unlink(temporary.c_str());
     return error;
+}
+
+int remove(const std::filesystem::path &path)
+{
+    if (isForeign(path))
+        return EPERM;
+    return ::unlink(path.c_str()) == 0 ? 0 : errno;
 }
 
 } // namespace orvalen::private_file

@@ -25,9 +25,12 @@ namespace private_file {
 /// Creates or truncates a file of ours and writes `contents` into it with one call.
 [[nodiscard]] int write(const std::filesystem::path &path, std::string_view contents);
 
-/// Puts a new file in the place of what stands there (a link is replaced, not followed), as a whole or not at all.
-/// `mode`: its permissions.
+/// Puts a new file in the place of what this user has there (a link is replaced, not followed), as a whole or not at
+/// all. `mode`: its permissions.
 [[nodiscard]] int replace(const std::filesystem::path &path, std::string_view contents, unsigned mode = 0600);
+
+/// Removes what this user has there; a link itself, not what it leads to.
+[[nodiscard]] int remove(const std::filesystem::path &path);
 
 } // namespace private_file
 

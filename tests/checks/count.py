@@ -3,7 +3,8 @@
 
 count.py FOLDER    FOLDER holds, per step of the run, NAME.status (its exit status) and, if the step runs test cases, NAME.xml
 (JUnit). A step with a report counts by its cases, one without as a single case; one that broke without a failed case counts
-as one more failure. Names what failed and what was skipped; the last line is "N passed, M failed". Status 1 for a failure.
+as one more failure. Status 77 without a report: the machine cannot have that step, skipped. Names what failed and what was
+skipped; the last line is "N passed, M failed". Status 1 for a failure.
 """
 import sys
 import xml.etree.ElementTree
@@ -34,12 +35,16 @@ def sum_up(folder):
     sums = {'passed': [], 'failed': [], 'skipped': []}
     for mark in sorted(Path(folder).glob('*.status'), key=lambda path: path.stat().st_mtime_ns):
         name, report = mark.stem, mark.with_suffix('.xml')
-        broke = mark.read_text().strip() != '0'
+        status = mark.read_text().strip()
+        if status == '77' and not mark.with_suffix('.xml').exists():
+            sums['skipped'].append(name)
+            continue
+        broke = status != '0'
         found = (cases(report) or []) if report.exists() else []
         for case, result in found:
             sums[result].append('%s: %s' % (name, case))
         if broke and not any(result == 'failed' for _, result in found):
-            sums['failed'].append('%s (status %s)' % (name, mark.read_text().strip()))
+            sums['failed'].append('%s (status %s)' % (name, status))
         elif not found and not broke:
             if report.exists():
                 sums['failed'].append('%s: ran no test' % name)

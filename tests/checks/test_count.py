@@ -54,3 +54,11 @@ def test_a_torn_report_is_a_failure(tmp_path):
 
 def test_nothing_at_all_is_no_success(tmp_path):
     assert run(tmp_path, {}) == (1, ['0 passed, 0 failed'])
+
+
+def test_a_step_that_the_machine_cannot_have_is_skipped_by_name(tmp_path):
+    assert run(tmp_path, {'units': (0, GOOD), 'server': (77, None)}) == (0, ['Skipped 1: server', '1 passed, 0 failed'])
+
+
+def test_a_suite_with_a_report_is_not_skipped_by_its_status(tmp_path):
+    assert run(tmp_path, {'units': (77, GOOD)})[0] == 1

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,6 +22,8 @@
 #include "platform/Sounds.h"
 #include "platform/TemperatureSensors.h"
 #include "platform/UrlOpener.h"
+#include "streaming/WebScreenServer.h"
+#include "tests/support/StreamFakes.h"
 #include "tests/support/VirtualWorld.h"
 
 namespace orvalen::test {
@@ -148,7 +151,12 @@ struct FakeSettingsStore : SettingsStore
 struct FakeSounds : Sounds
 {
     std::vector<std::string> played;
-    void play(std::string_view name) override { played.emplace_back(name); }
+    Hook beforePlay; ///< May throw.
+    void play(std::string_view name) override
+    {
+        beforePlay();
+        played.emplace_back(name);
+    }
 };
 
 struct FakeNotifications : Notifications
@@ -177,6 +185,17 @@ struct FakeMachine
     FakeNotifications notifications;
     FakeUrlOpener urls;
 
+    Diary diary; ///< Of those below.
+    DiaryClock clock{world, diary};
+    FakeChildProcesses processes{diary};
+    FakeTextFiles files{diary};
+    FakeNetworkInterfaces interfaces;
+    FakeHostName hostName;
+    FakeScreenCaptureAccess captureAccess{diary};
+    FakePasteboard pasteboard{diary};
+    FakeSpeech speech{diary};
+    std::ostringstream console;
+
     [[nodiscard]] ThermalEngine::Machine engineMachine()
     {
         return {sensors, idle, power, graphics, processors, world, world};
@@ -185,6 +204,12 @@ struct FakeMachine
     {
         return {engine, settings, world, sounds, notifications};
     }
+    [[nodiscard]] WebScreenServer::Services streamServices(OfflineBridgeManager &bridges)
+    {
+        return {world,         clock,  processes, files,      interfaces, bridges,      hostName,
+                captureAccess, sounds, speech,    pasteboard, urls,       streamServer, console};
+    }
+    static constexpr const char *streamServer = "/opt/orvalen/libexec/orvalen/orvalen-stream-server";
 };
 
 /// An engine that heats nothing: the test plays the pulse by hand.

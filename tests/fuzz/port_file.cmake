@@ -1,0 +1,1 @@
+orvalen_fuzzer(port_file orvalen_streaming)

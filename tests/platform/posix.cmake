@@ -1,0 +1,6 @@
+# What any Unix has. Without Qt: these run under the sanitizers, too.
+orvalen_test(platform_posix_test
+    SOURCES
+        ${CMAKE_CURRENT_LIST_DIR}/PrivateFileTest.cpp
+    LIBRARIES orvalen_platform_posix
+)
