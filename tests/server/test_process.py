@@ -14,6 +14,7 @@ from streamserver import PORT_FILE, PORTS, PROGRAM, SCRIPT, capture_file, eventu
 
 def occupy(port):
     other = socket.socket()
+    other.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
     other.bind(('0.0.0.0', port))
     other.listen()
     return other
