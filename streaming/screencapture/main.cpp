@@ -22,6 +22,7 @@ namespace orvalen {
 
 namespace {
 
+constexpr int success = 0;
 constexpr int failure = 1;
 constexpr int misuse = 2;
 
@@ -61,7 +62,9 @@ unsigned processors()
     return static_cast<unsigned>(std::max(1, CPU_COUNT(&set)));
 }
 
-void capture(const CaptureRequest &request)
+/// Ends the program as soon as the picture stands in its place, or nothing has changed: what would be tidied up here the
+/// system tidies up without our waiting for it.
+[[noreturn]] void capture(const CaptureRequest &request)
 {
     if (!private_file::isOursOrAbsent(request.file))
         throw CaptureError("What stands at " + request.file + " is not a plain file of yours; it stays as it is.");
@@ -80,9 +83,10 @@ void capture(const CaptureRequest &request)
     ::alarm(0);
 
     if (encoder.isUnchanged())
-        return;
+        ::_exit(success);
     if (const int error = private_file::replace(request.file, file.pieces(encoder.strips())); error != 0)
         throw CaptureError("The picture cannot be written to " + request.file + ": " + std::strerror(error) + '.');
+    ::_exit(success);
 }
 
 int run(const std::vector<std::string_view> &arguments)
@@ -94,7 +98,6 @@ int run(const std::vector<std::string_view> &arguments)
     }
     try {
         capture(std::get<CaptureRequest>(request));
-        return 0;
     } catch (const std::exception &error) {
         say(error.what());
         return failure;
@@ -112,6 +115,5 @@ int main(int argc, char **argv)
     ::mallopt(M_ARENA_MAX, 1);
     ::mallopt(M_TRIM_THRESHOLD, 64 << 20);
     ::mallopt(M_MMAP_THRESHOLD, 64 << 20);
-    // The picture stands in its place or nothing has changed: there is nothing to tidy up that the system does not.
-    ::_exit(orvalen::run({argv + 1, argv + argc}));
+    return orvalen::run({argv + 1, argv + argc});
 }
