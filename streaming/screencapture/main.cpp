@@ -73,12 +73,12 @@ unsigned processors()
     const auto backEnds = captureBackEnds();
     auto &backEnd = firstAvailable(backEnds);
     const auto display = numbered(inOrder(backEnd.displays()), request.display);
-    const auto earlier = private_file::read(request.file, greatestFile);
+    const auto earlier = private_file::read(request.file, greatestFile).value_or("");
     const auto threads = std::min(processors(), mostThreads);
     const auto picture = backEnd.open(display, threads);
     const PictureFormat format{picture->area().width, picture->area().height, picture->layout()};
     StripFile file(format);
-    PictureEncoder encoder(format, file.strips(earlier.value_or("")).value_or(std::vector<EncodedStrip>{}), threads);
+    PictureEncoder encoder(format, file.strips(earlier).value_or(std::vector<EncodedStrip>{}), threads);
     encoder.encode(*picture);
     ::alarm(0);
 
