@@ -29,10 +29,11 @@ struct Refusal
 [[nodiscard]] std::variant<CaptureRequest, Refusal> captureRequest(std::span<const std::string_view> arguments);
 
 /// How the program is called, in a few lines.
-inline constexpr std::string_view captureUsage = "usage: screencapture [-x] [-t jpg] [-D display] file\n"
-                                                 "  -x          no sound (there is none anyway)\n"
-                                                 "  -t jpg      the picture's format; there is no other\n"
-                                                 "  -D display  1: the main display, which is also the default; 2, 3, ...: the\n"
-                                                 "              others from left to right, then from top to bottom\n";
+inline constexpr std::string_view captureUsage =
+    "usage: screencapture [-x] [-t jpg] [-D display] file\n"
+    "  -x          no sound (there is none anyway)\n"
+    "  -t jpg      the picture's format; there is no other\n"
+    "  -D display  1: the main display, which is also the default; 2, 3, ...: the\n"
+    "              others from left to right, then from top to bottom\n";
 
 } // namespace orvalen

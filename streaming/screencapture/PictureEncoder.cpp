@@ -107,10 +107,9 @@ void PictureEncoder::work(Picture &picture, unsigned lane, Helpers *helpers)
 
 bool PictureEncoder::isUnchanged() const
 {
-    return !previous.empty() && std::equal(encoded.begin(), encoded.end(), previous.begin(), previous.end(),
-                                           [](const EncodedStrip &a, const EncodedStrip &b) {
-                                               return a.pixels == b.pixels;
-                                           });
+    return !previous.empty() &&
+           std::equal(encoded.begin(), encoded.end(), previous.begin(), previous.end(),
+                      [](const EncodedStrip &a, const EncodedStrip &b) { return a.pixels == b.pixels; });
 }
 
 } // namespace orvalen

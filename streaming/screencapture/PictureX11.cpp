@@ -79,7 +79,13 @@ bool SharedMemoryX11::isShared()
 
 PictureX11::PictureX11(xcb_connection_t *xcb, xcb_window_t root, const Rectangle &area, PixelLayout layout,
                        unsigned lanes)
-    : xcb(xcb), root(root), whole(area), pixelLayout(layout), memory(xcb, stripBytes(area) * 2 * lanes), lanes(lanes)
+    : xcb(xcb),
+      root(root),
+      whole(area),
+      pixelLayout(layout),
+      memory(xcb, stripBytes(area) * (lanes + 1)),
+      lanes(lanes),
+      freePlaces{0}
 {
     xcb_grab_server(xcb);
     readPointer();
@@ -102,66 +108,65 @@ void PictureX11::readPointer()
     pointer.colours.assign(colours, colours + size);
 }
 
-std::size_t PictureX11::placeOf(unsigned lane, unsigned slot) const
+void PictureX11::askAhead()
 {
-    return stripBytes(whole) * (2 * lane + slot);
-}
-
-std::optional<PictureX11::Question> PictureX11::ask(unsigned lane, unsigned slot)
-{
-    const std::lock_guard lock(mutex);
     const auto count = strips::count(whole.height);
-    if (nextStrip == count)
-        return std::nullopt;
-    Question question{.index = nextStrip++, .slot = slot};
-    const auto area = strips::area(whole, question.index);
-    const auto x = static_cast<std::int16_t>(area.x);
-    const auto y = static_cast<std::int16_t>(area.y);
-    const auto width = static_cast<std::uint16_t>(area.width);
-    const auto height = static_cast<std::uint16_t>(area.height);
-    if (isShared) {
-        question.sequence = xcb_shm_get_image(xcb, root, x, y, width, height, allPlanes, XCB_IMAGE_FORMAT_Z_PIXMAP,
-                                              memory.segment(), static_cast<std::uint32_t>(placeOf(lane, slot)))
-                                .sequence;
-    } else {
+    if (freePlaces.empty() || nextStrip == count)
+        return;
+    while (!freePlaces.empty() && nextStrip < count) {
+        Question question{.index = nextStrip++, .place = freePlaces.back()};
+        freePlaces.pop_back();
+        const auto area = strips::area(whole, question.index);
+        const auto x = static_cast<std::int16_t>(area.x);
+        const auto y = static_cast<std::int16_t>(area.y);
+        const auto width = static_cast<std::uint16_t>(area.width);
+        const auto height = static_cast<std::uint16_t>(area.height);
+        const auto offset = static_cast<std::uint32_t>(question.place * stripBytes(whole));
+        constexpr auto format = XCB_IMAGE_FORMAT_Z_PIXMAP;
         question.sequence =
-            xcb_get_image(xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, root, x, y, width, height, allPlanes).sequence;
+            isShared ? xcb_shm_get_image(xcb, root, x, y, width, height, allPlanes, format, memory.segment(), offset)
+                           .sequence
+                     : xcb_get_image(xcb, format, root, x, y, width, height, allPlanes).sequence;
+        questions.push_back(question);
     }
     if (nextStrip == count)
         xcb_ungrab_server(xcb);
     xcb_flush(xcb);
-    return question;
 }
 
-std::uint8_t *PictureX11::answer(unsigned lane, const Question &question)
+std::uint8_t *PictureX11::answer(const Question &question, Lane &lane)
 {
     if (isShared) {
         const Reply<xcb_shm_get_image_reply_t> reply(xcb_shm_get_image_reply(xcb, {question.sequence}, nullptr));
-        return reply ? memory.data() + placeOf(lane, question.slot) : nullptr;
+        return reply ? memory.data() + question.place * stripBytes(whole) : nullptr;
     }
-    auto &image = lanes[lane].image;
-    image.reset(xcb_get_image_reply(xcb, {question.sequence}, nullptr));
-    const auto area = strips::area(whole, question.index);
-    const PixelRows wanted{nullptr, area};
-    if (!image || static_cast<std::size_t>(xcb_get_image_data_length(image.get())) < wanted.bytes())
+    lane.image.reset(xcb_get_image_reply(xcb, {question.sequence}, nullptr));
+    const PixelRows wanted{nullptr, strips::area(whole, question.index)};
+    if (!lane.image || static_cast<std::size_t>(xcb_get_image_data_length(lane.image.get())) < wanted.bytes())
         return nullptr;
-    return xcb_get_image_data(image.get());
+    return xcb_get_image_data(lane.image.get());
 }
 
 std::optional<Picture::Strip> PictureX11::next(unsigned lane)
 {
+    std::unique_lock lock(mutex);
     auto &mine = lanes[lane];
-    if (!mine.hasBegun) {
-        mine.hasBegun = true;
-        mine.ahead = ask(lane, 0);
-    }
-    if (!mine.ahead)
+    if (!mine.hasCome)
+        freePlaces.push_back(lane + 1);
+    else if (mine.place)
+        freePlaces.push_back(*mine.place);
+    mine.hasCome = true;
+    mine.place.reset();
+    askAhead();
+    if (questions.empty())
         return std::nullopt;
-    const auto question = *mine.ahead;
-    mine.ahead = ask(lane, 1 - question.slot);
-    auto *const data = answer(lane, question);
+    const auto question = questions.front();
+    questions.pop_front();
+    auto *const data = answer(question, mine);
     if (!data)
         throw CaptureError("The display server has gone, or does not show its screen.");
+    mine.place = question.place;
+    lock.unlock();
     const Strip strip{question.index, {data, strips::area(whole, question.index)}};
     draw(pointer, strip.pixels, pixelLayout);
     return strip;

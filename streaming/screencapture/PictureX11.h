@@ -1,7 +1,8 @@
 #pragma once
 
-#include <atomic>
+#include <deque>
 #include <mutex>
+#include <optional>
 #include <vector>
 #include <xcb/xcb.h>
 
@@ -39,7 +40,7 @@ private:
 /// Part of an X server's root window. The server serves nobody else from the construction on until it has read the last
 /// strip, or until the connection ends: how ever long that takes, it is less than a picture of a second moment costs.
 ///
-/// Each lane has memory for two strips. The server fills one while the lane works on the other.
+/// There is memory for one strip more than lanes have come for: what the server fills while they work.
 class PictureX11 : public Picture
 {
 public:
@@ -51,25 +52,24 @@ public:
     [[nodiscard]] std::optional<Strip> next(unsigned lane) override;
 
 private:
-    /// A strip that the server was asked for.
+    /// A strip that the server was asked for, or has given.
     struct Question
     {
         unsigned index = 0;
-        unsigned slot = 0; ///< Which of the lane's two places it goes to.
+        unsigned place = 0; ///< In the shared memory, counted in strips.
         unsigned sequence = 0;
     };
 
     struct Lane
     {
-        std::optional<Question> ahead;
-        x11::Reply<xcb_get_image_reply_t> image; ///< The strip at hand, where no memory is shared.
-        bool hasBegun = false;
+        bool hasCome = false;
+        std::optional<unsigned> place;           ///< Of the strip that it works on.
+        x11::Reply<xcb_get_image_reply_t> image; ///< The strip itself, where no memory is shared.
     };
 
-    [[nodiscard]] std::optional<Question> ask(unsigned lane, unsigned slot);
-    [[nodiscard]] std::uint8_t *answer(unsigned lane, const Question &question);
-    [[nodiscard]] std::size_t placeOf(unsigned lane, unsigned slot) const;
     void readPointer();
+    void askAhead();
+    [[nodiscard]] std::uint8_t *answer(const Question &question, Lane &lane);
 
     xcb_connection_t *const xcb;
     const xcb_window_t root;
@@ -78,9 +78,13 @@ private:
     SharedMemoryX11 memory;
     bool isShared = false;
     Pointer pointer;
-    std::vector<Lane> lanes;
 
-    std::mutex mutex; ///< Guards the order of questions.
+    /// Guards all that follows, and is held while one waits for the server: strips come in order, so who comes later
+    /// waits for a later one. (With several threads waiting inside of xcb a connection's end may be told to one alone.)
+    std::mutex mutex;
+    std::vector<Lane> lanes;
+    std::vector<unsigned> freePlaces;
+    std::deque<Question> questions; ///< Not yet answered.
     unsigned nextStrip = 0;
 };
 

@@ -23,8 +23,8 @@ class Reserve
 {
 public:
     explicit Reserve(std::size_t size)
-        : size(size), start(::mmap(nullptr, size, PROT_READ | PROT_WRITE,
-                                   MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0))
+        : size(size),
+          start(::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0))
     {
         if (start == MAP_FAILED)
             throw CaptureError("There is not enough memory for the picture.");
@@ -160,9 +160,7 @@ bool StripEncoder::Jpeg::writeHead(std::string_view comment)
     return true;
 }
 
-StripEncoder::StripEncoder(const PictureFormat &format) : jpeg(std::make_unique<Jpeg>(format, worstCase(format)))
-{
-}
+StripEncoder::StripEncoder(const PictureFormat &format) : jpeg(std::make_unique<Jpeg>(format, worstCase(format))) {}
 
 StripEncoder::~StripEncoder() = default;
 

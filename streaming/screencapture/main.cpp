@@ -62,8 +62,8 @@ unsigned processors()
     return static_cast<unsigned>(std::max(1, CPU_COUNT(&set)));
 }
 
-/// Ends the program as soon as the picture stands in its place, or nothing has changed: what would be tidied up here the
-/// system tidies up without our waiting for it.
+/// Ends the program as soon as the picture stands in its place, or nothing has changed: what would be tidied up here
+/// the system tidies up without our waiting for it.
 [[noreturn]] void capture(const CaptureRequest &request)
 {
     if (!private_file::isOursOrAbsent(request.file))

@@ -61,7 +61,8 @@ std::string encodedAtOnce(const PictureFormat &format, const std::vector<std::ui
     compress.restart_in_rows = restartInRows;
     jpeg_start_compress(&compress, TRUE);
     while (compress.next_scanline < compress.image_height) {
-        auto *row = const_cast<JSAMPROW>(pixels.data() + std::size_t{compress.next_scanline} * compress.image_width * 4);
+        auto *row =
+            const_cast<JSAMPROW>(pixels.data() + std::size_t{compress.next_scanline} * compress.image_width * 4);
         jpeg_write_scanlines(&compress, &row, 1);
     }
     jpeg_finish_compress(&compress);
@@ -77,8 +78,8 @@ std::string withoutComments(std::string_view jpeg)
     std::size_t at = 2;
     while (at + 4 <= jpeg.size() && jpeg[at] == '\xff') {
         const auto marker = static_cast<unsigned char>(jpeg[at + 1]);
-        const auto length = std::size_t{static_cast<unsigned char>(jpeg[at + 2])} << 8 |
-                            static_cast<unsigned char>(jpeg[at + 3]);
+        const auto length =
+            std::size_t{static_cast<unsigned char>(jpeg[at + 2])} << 8 | static_cast<unsigned char>(jpeg[at + 3]);
         if (marker != 0xfe)
             rest += jpeg.substr(at, 2 + length);
         at += 2 + length;

@@ -19,14 +19,14 @@ TEST(Pixels, coloursLieWhereMasksAndByteOrderSay)
 
 TEST(Pixels, othersAreNotUnderstood)
 {
-    EXPECT_EQ(pixelLayout({16, least, 0xf800, 0x7e0, 0x1f}), std::nullopt);             // 65536 colours
-    EXPECT_EQ(pixelLayout({8, least, 0, 0, 0}), std::nullopt);                          // a palette
-    EXPECT_EQ(pixelLayout({32, least, 0, 0, 0}), std::nullopt);                         // colours that are not fixed
-    EXPECT_EQ(pixelLayout({32, least, 0x3ff00000, 0xffc00, 0x3ff}), std::nullopt);      // ten bits each
-    EXPECT_EQ(pixelLayout({24, least, 0xff0000, 0xff00, 0xff}), std::nullopt);          // three bytes
-    EXPECT_EQ(pixelLayout({32, least, 0xff00, 0xff0000, 0xff}), std::nullopt);          // green beside both
-    EXPECT_EQ(pixelLayout({32, least, 0xff00, 0xff00, 0xff00}), std::nullopt);          // one for all
-    EXPECT_EQ(pixelLayout({32, least, 0xff00000, 0xff000, 0xff0}), std::nullopt);       // across bytes
+    EXPECT_EQ(pixelLayout({16, least, 0xf800, 0x7e0, 0x1f}), std::nullopt);        // 65536 colours
+    EXPECT_EQ(pixelLayout({8, least, 0, 0, 0}), std::nullopt);                     // a palette
+    EXPECT_EQ(pixelLayout({32, least, 0, 0, 0}), std::nullopt);                    // colours that are not fixed
+    EXPECT_EQ(pixelLayout({32, least, 0x3ff00000, 0xffc00, 0x3ff}), std::nullopt); // ten bits each
+    EXPECT_EQ(pixelLayout({24, least, 0xff0000, 0xff00, 0xff}), std::nullopt);     // three bytes
+    EXPECT_EQ(pixelLayout({32, least, 0xff00, 0xff0000, 0xff}), std::nullopt);     // green beside both
+    EXPECT_EQ(pixelLayout({32, least, 0xff00, 0xff00, 0xff00}), std::nullopt);     // one for all
+    EXPECT_EQ(pixelLayout({32, least, 0xff00000, 0xff000, 0xff0}), std::nullopt);  // across bytes
 }
 
 } // namespace

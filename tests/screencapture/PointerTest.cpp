@@ -24,8 +24,7 @@ public:
     /// By its place on the desktop.
     [[nodiscard]] std::array<int, 3> at(int x, int y)
     {
-        const auto *const pixel =
-            rows().row(y - area.y) + static_cast<std::size_t>(x - area.x) * PixelLayout::bytes;
+        const auto *const pixel = rows().row(y - area.y) + static_cast<std::size_t>(x - area.x) * PixelLayout::bytes;
         return {pixel[layout.red], pixel[layout.green], pixel[layout.blue]};
     }
 
@@ -83,8 +82,9 @@ TEST(Pointer, isDrawnAtItsPlaceAndNowhereElse)
 
 TEST(Pointer, isCutOffAtEveryEdge)
 {
-    const Pointer pointer{{0, 0, 3, 3}, {0xff000001, 0xff000002, 0xff000003, 0xff000004, 0xff000005, 0xff000006,
-                                         0xff000007, 0xff000008, 0xff000009}};
+    const Pointer pointer{
+        {0, 0, 3, 3},
+        {0xff000001, 0xff000002, 0xff000003, 0xff000004, 0xff000005, 0xff000006, 0xff000007, 0xff000008, 0xff000009}};
     for (int dx = -4; dx <= 4; ++dx) {
         for (int dy = -4; dy <= 4; ++dy) {
             Screen screen({0, 0, 3, 3});

@@ -12,7 +12,7 @@ using Environment = std::map<std::string, std::string>;
 
 struct Outcome
 {
-    int status = -1; ///< 128 and more: the signal that ended it.
+    int status = -1;  ///< 128 and more: the signal that ended it.
     std::string said; ///< On standard error.
 };
 

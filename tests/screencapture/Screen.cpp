@@ -68,9 +68,8 @@ void Screen::paint(const Rectangle &area, const std::vector<std::uint8_t> &pixel
 
 void Screen::setMonitor(const std::string &name, const Rectangle &area, bool isPrimary, bool isReal)
 {
-    const auto atom = owned(
-        xcb_intern_atom_reply(xcb, xcb_intern_atom(xcb, false, static_cast<std::uint16_t>(name.size()), name.c_str()),
-                              nullptr));
+    const auto atom = owned(xcb_intern_atom_reply(
+        xcb, xcb_intern_atom(xcb, false, static_cast<std::uint16_t>(name.size()), name.c_str()), nullptr));
     const auto resources = owned(xcb_randr_get_screen_resources_current_reply(
         xcb, xcb_randr_get_screen_resources_current(xcb, screen->root), nullptr));
     if (!atom || !resources)

@@ -10,8 +10,8 @@
 
 namespace orvalen::test {
 
-/// Somebody who draws on an X server's screen, on which there is no pointer at first. Each call returns when the server has done it; throws std::runtime_error
-/// when there is no server (any more).
+/// Somebody who draws on an X server's screen, on which there is no pointer at first. Each call returns when the server
+/// has done it; throws std::runtime_error when there is no server (any more).
 class Screen
 {
 public:

@@ -126,7 +126,8 @@ TEST(Screencapture, oneProcessorMakesTheSameFile)
     desktop.screen.paint(whole, drawnPixels(width, height));
     const auto picture = desktop.captured();
     std::filesystem::remove(desktop.file);
-    Program alone({"taskset", "-c", "0", test::captureCommand(), desktop.file}, {{"DISPLAY", desktop.server.display()}});
+    Program alone({"taskset", "-c", "0", test::captureCommand(), desktop.file},
+                  {{"DISPLAY", desktop.server.display()}});
     EXPECT_EQ(alone.outcome().status, 0);
     EXPECT_TRUE(contentsOf(desktop.file) == picture);
 }
@@ -184,7 +185,8 @@ TEST(Screencapture, thePointerIsInThePicture)
         for (int row = 0; row < height; row += 3) {
             for (int column = 0; column < width; column += 3) {
                 const bool isInside = !intersection(pointer, {column, row, 1, 1}).isEmpty();
-                const bool isClose = !intersection({pointer.x - 16, pointer.y - 16, 64, 64}, {column, row, 1, 1}).isEmpty();
+                const bool isClose =
+                    !intersection({pointer.x - 16, pointer.y - 16, 64, 64}, {column, row, 1, 1}).isEmpty();
                 const bool isWellInside =
                     !intersection({pointer.x + 4, pointer.y + 4, 24, 24}, {column, row, 1, 1}).isEmpty();
                 const auto colour = picture.at(column, row);
@@ -389,8 +391,11 @@ TEST(ScreencaptureFailure, misuseIsAnsweredWithTheUsage)
     const XServer server;
     const Folder folder;
     const test::Environment environment{{"DISPLAY", server.display()}};
-    for (const auto &arguments : std::vector<std::vector<std::string>>{
-             {}, {"-t", "png", folder / "a"}, {"-D", "x", folder / "a"}, {"-c", folder / "a"}, {folder / "a", folder / "b"}}) {
+    for (const auto &arguments : std::vector<std::vector<std::string>>{{},
+                                                                       {"-t", "png", folder / "a"},
+                                                                       {"-D", "x", folder / "a"},
+                                                                       {"-c", folder / "a"},
+                                                                       {folder / "a", folder / "b"}}) {
         const auto outcome = capture(arguments, environment);
         EXPECT_EQ(outcome.status, 2);
         EXPECT_NE(outcome.said.find("usage: screencapture [-x] [-t jpg] [-D display] file"), std::string::npos);
@@ -425,7 +430,8 @@ TEST(ScreencaptureFailure, somethingElseStandsAtTheName)
     ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
     expectRefusal(desktop, folder / "pipe");
     EXPECT_EQ(contentsOf(folder / "target"), "of a link");
-    EXPECT_EQ(folder.names(), (std::vector<std::string>{"dangling", "folder", "link", "pipe", "second name", "target"}));
+    EXPECT_EQ(folder.names(),
+              (std::vector<std::string>{"dangling", "folder", "link", "pipe", "second name", "target"}));
 }
 
 TEST(ScreencaptureFailure, aFileOfAnotherUserStandsAtTheName)
@@ -451,11 +457,12 @@ TEST(ScreencaptureFailure, aFullDiskLeavesTheOldFile)
     Desktop desktop;
     desktop.screen.paint(whole, drawnPixels(width, height)); // a few hundred kilobytes
     const auto disk = desktop.folder.path().string();
-    const std::string script = "mount -t tmpfs -o size=64k tmpfs \"$1\" || exit 77; cd \"$1\" && echo old >picture.jpg; "
-                               "\"$2\" picture.jpg; status=$?; ls -A >&2; cat picture.jpg >&2; exit $status";
-    Program program({"unshare", "--user", "--map-root-user", "--mount", "sh", "-c", script, "sh", disk,
-                     test::captureCommand()},
-                    {{"DISPLAY", desktop.server.display()}});
+    const std::string script =
+        "mount -t tmpfs -o size=64k tmpfs \"$1\" || exit 77; cd \"$1\" && echo old >picture.jpg; "
+        "\"$2\" picture.jpg; status=$?; ls -A >&2; cat picture.jpg >&2; exit $status";
+    Program program(
+        {"unshare", "--user", "--map-root-user", "--mount", "sh", "-c", script, "sh", disk, test::captureCommand()},
+        {{"DISPLAY", desktop.server.display()}});
     const auto outcome = program.outcome();
     if (outcome.status == 77 || outcome.said.find("unshare") != std::string::npos)
         GTEST_SKIP() << "no disk of our own to be had here: " << outcome.said;
@@ -479,7 +486,7 @@ TEST(ScreencaptureFailure, aServerThatIsKilledEndsTheCapture)
 {
     std::mt19937 random(1);
     int failures = 0;
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 40; ++i) {
         const Folder folder;
         XServer server({"-screen", "0", "1920x1200x24"});
         Program program({test::captureCommand(), folder / "picture.jpg"}, {{"DISPLAY", server.display()}});
@@ -492,7 +499,9 @@ TEST(ScreencaptureFailure, aServerThatIsKilledEndsTheCapture)
         }
         ++failures;
         EXPECT_EQ(outcome.status, 1);
-        EXPECT_EQ(std::count(outcome.said.begin(), outcome.said.end(), '\n'), 1) << outcome.said;
+        EXPECT_TRUE(outcome.said == "screencapture: There is no display server to be reached.\n" ||
+                    outcome.said == "screencapture: The display server has gone, or does not show its screen.\n")
+            << outcome.said; // in particular, nobody has waited in vain
         EXPECT_EQ(folder.names(), std::vector<std::string>{});
     }
     EXPECT_GT(failures, 0);

@@ -41,9 +41,9 @@ struct Written
     std::string bytes;
 };
 
-constexpr std::array sizes{std::pair{1, 1},    std::pair{16, 16},  std::pair{17, 63},  std::pair{64, 64},
-                           std::pair{65, 65},  std::pair{100, 127}, std::pair{128, 128}, std::pair{333, 700},
-                           std::pair{1440, 900}};
+constexpr std::array sizes{std::pair{1, 1},     std::pair{16, 16},   std::pair{17, 63},
+                           std::pair{64, 64},   std::pair{65, 65},   std::pair{100, 127},
+                           std::pair{128, 128}, std::pair{333, 700}, std::pair{1440, 900}};
 
 TEST(StripFile, isWhatTheLibraryMakesOfTheWholePicture)
 {
@@ -66,7 +66,8 @@ TEST(StripFile, looksLikeAPictureWithoutStrips)
 
 TEST(StripFile, coloursComeOutRightInEveryLayout)
 {
-    for (const auto &layout : {PixelLayout{2, 1, 0}, PixelLayout{0, 1, 2}, PixelLayout{1, 2, 3}, PixelLayout{3, 2, 1}}) {
+    for (const auto &layout :
+         {PixelLayout{2, 1, 0}, PixelLayout{0, 1, 2}, PixelLayout{1, 2, 3}, PixelLayout{3, 2, 1}}) {
         const PictureFormat format{40, 70, layout};
         std::vector<std::uint8_t> pixels(40 * 70 * 4, 0);
         for (std::size_t i = 0; i < pixels.size(); i += 4) {
