@@ -12,6 +12,7 @@
 #include "platform/simulated/ProcessorTime.h"
 #include "platform/simulated/SimulatedLaptop.h"
 #include "platform/simulated/TemperatureSensorsSimulated.h"
+#include "streaming/WebScreenServer.h"
 #include "ui/MainView.h"
 
 namespace {
@@ -55,7 +56,7 @@ int main(int argc, char **argv)
     auto &platform = Platform::installed();
     auto &state = AppState::shared();
 
-    MainView window(state, *platform.urls);
+    MainView window(state, WebScreenServer::shared(), *platform.urls);
     SimulatedLaptopWindow laptopWindow(state, *laptop);
     window.followColorScheme(*platform.colorScheme);
     laptopWindow.followColorScheme(*platform.colorScheme);

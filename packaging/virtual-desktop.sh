@@ -7,6 +7,8 @@ desktopFolder=
 desktopProcesses=() # the last started comes first
 program=
 readyLine=
+streamPort=     # where the desktop can be seen in a browser
+streamPortFile= # if it is ours to remove
 
 # inDesktop LOG COMMAND...   Starts a service of the desktop; its id is in $!.
 inDesktop() {
@@ -45,6 +47,7 @@ endDesktop() {
     for process in "${desktopProcesses[@]}"; do
         endProcess "$process"
     done
+    [ -z "$streamPortFile" ] || rm -f "$streamPortFile"
     [ -z "$desktopFolder" ] || rm -rf "$desktopFolder"
 }
 
@@ -139,6 +142,64 @@ startDesktop() {
     inDesktop dunst dunst
 }
 
+# inOwnTemporaryFolder FOLDER COMMAND...   Runs a command for which FOLDER is the folder /tmp; what we need of the real one
+# is in it. In mount and user namespaces of its own.
+inOwnTemporaryFolder() {
+    local folder=$1 path
+    shift
+    for path in "$root" "$desktopFolder" /tmp/.X11-unix; do
+        case $path in
+            /tmp/*) mkdir -p "$folder/${path#/tmp/}" && mount --bind "$path" "$folder/${path#/tmp/}" || return ;;
+        esac
+    done
+    mount --rbind "$folder" /tmp && exec setpriv --pdeathsig TERM -- "$@"
+}
+
+# startStream SERVER   Streams the desktop: $streamPort. The server writes under fixed names in the temporary folder; in one
+# of its own it comes in the way of no other server. Where that cannot be had, another server's files are left alone.
+startStream() {
+    local folder=$desktopFolder/stream own=(unshare --mount --propagation private)
+    [ "$(id -u)" = 0 ] || own+=(--user --map-root-user)
+    if "${own[@]}" true 2>/dev/null; then
+        mkdir -m 700 "$folder"
+        export root desktopFolder
+        export -f inOwnTemporaryFolder
+        inDesktop stream "${own[@]}" bash -c 'inOwnTemporaryFolder "$@"' bash "$folder" "$1"
+    elif [ ! -e /tmp/orvalen_port.txt ]; then
+        folder=/tmp
+        streamPortFile=$folder/orvalen_port.txt
+        inDesktop stream "$1"
+    else
+        return 1
+    fi
+    waitUntil 10 test -s "$folder/orvalen_port.txt" && streamPort=$(cat "$folder/orvalen_port.txt")
+}
+
+# An address at which others in the network find this machine; none if it is in no network.
+networkAddress() {
+    local address
+    for address in $(hostname -I 2>/dev/null); do
+        case $address in
+            *:* | 169.254.*) ;;
+            *)
+                echo "$address"
+                return
+                ;;
+        esac
+    done
+}
+
+tellStream() {
+    local address
+    [ -n "$streamPort" ] || return 0
+    address=$(networkAddress)
+    if [ -n "$address" ]; then
+        echo "The screen, live: open http://$address:$streamPort on a phone in the same network."
+    else
+        echo "The screen, live: open http://localhost:$streamPort in a browser on this machine."
+    fi
+}
+
 # Replaces the picture as a whole: who looks never sees half of one.
 takePicture() {
     timeout 20 import -silent -window root "png:$1.part" 2>/dev/null && mv -f "$1.part" "$1"
@@ -162,6 +223,7 @@ runInDesktop() {
     waitUntil 30 hasWindowOrEnded
     if waitUntil 3 isShownOrEnded && isRunning; then
         echo "Picture of the screen, renewed every two seconds: $picture"
+        tellStream
         echo "Ctrl+C ends it."
     fi
     while isRunning; do

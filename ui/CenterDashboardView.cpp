@@ -7,6 +7,7 @@
 #include "ui/DashboardHomeTab.h"
 #include "ui/DashboardRules.h"
 #include "ui/MakerSite.h"
+#include "ui/MultiCloneView.h"
 #include "ui/QuenmarkLogo.h"
 #include "ui/kit/ScrollArea.h"
 #include "ui/kit/TabBar.h"
@@ -33,8 +34,8 @@ enum Tab
 
 } // namespace
 
-CenterDashboardView::CenterDashboardView(AppState &state, UrlOpener &urls, QWidget *parent)
-    : Panel(neutral::window, EdgeLine::none, parent), state(state), urls(urls)
+CenterDashboardView::CenterDashboardView(AppState &state, WebScreenServer &webServer, UrlOpener &urls, QWidget *parent)
+    : Panel(neutral::window, EdgeLine::none, parent), state(state), webServer(webServer), urls(urls)
 {
     setMinimumWidth(minimumColumnWidth);
     vStackIn(*this, {header(), tabBar(), hairline(), filling(content())}).spacing(0);
@@ -107,8 +108,19 @@ void CenterDashboardView::showTab(int tag)
             tab->layout()->setContentsMargins(side, side, side, side);
         made[tag] = new ScrollArea(tab);
         pages->addWidget(made[tag]);
+        continueOrder(*tab);
     }
     pages->setCurrentWidget(made[tag]);
+}
+
+// What is made late would come last for the Tab key, after the columns beside this one.
+void CenterDashboardView::continueOrder(const QWidget &tab)
+{
+    QWidget *previous = findChildren<TabButton *>().back();
+    for (auto *control : tab.findChildren<Control *>()) {
+        setTabOrder(previous, control);
+        previous = control;
+    }
 }
 
 QWidget *CenterDashboardView::makeTab(int tag)
@@ -119,8 +131,9 @@ QWidget *CenterDashboardView::makeTab(int tag)
     case diagnosticsTab:
     case toolsTab:
     case settingsTab:
-    case cloneTab:
         return new Ground;
+    case cloneTab:
+        return new MultiCloneView(webServer);
     default:
         return nullptr;
     }

@@ -14,6 +14,7 @@ namespace orvalen {
 
 class AppState;
 class UrlOpener;
+class WebScreenServer;
 
 /// The centre column: who we are and how things stand, the tabs, and the chosen tab's content.
 class CenterDashboardView : public kit::Panel
@@ -21,7 +22,7 @@ class CenterDashboardView : public kit::Panel
     Q_OBJECT
 
 public:
-    CenterDashboardView(AppState &state, UrlOpener &urls, QWidget *parent = nullptr);
+    CenterDashboardView(AppState &state, WebScreenServer &webServer, UrlOpener &urls, QWidget *parent = nullptr);
 
     static constexpr int minimumColumnWidth = 420;
 
@@ -34,8 +35,10 @@ private:
 
     void showTab(int tag);
     QWidget *makeTab(int tag);
+    void continueOrder(const QWidget &tab);
 
     AppState &state;
+    WebScreenServer &webServer;
     UrlOpener &urls;
     QStackedLayout *pages = nullptr;
     QHash<int, QWidget *> made; // tabs are made when they are first looked at

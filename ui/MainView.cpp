@@ -22,7 +22,8 @@ constexpr QSize usualSize{1000, 680};
 
 } // namespace
 
-MainView::MainView(AppState &state, UrlOpener &urls, QWidget *parent) : QWidget(parent), theme(new kit::Theme(*this))
+MainView::MainView(AppState &state, WebScreenServer &webServer, UrlOpener &urls, QWidget *parent)
+    : QWidget(parent), theme(new kit::Theme(*this))
 {
     setWindowTitle(tr("Orvalen"));
     setMinimumSize(smallestRow.expandedTo({smallestColumns, 0}));
@@ -32,8 +33,8 @@ MainView::MainView(AppState &state, UrlOpener &urls, QWidget *parent) : QWidget(
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
     row->addWidget(new LeftSidebarAdView);
-    row->addWidget(new CenterDashboardView(state, urls), 1);
-    row->addWidget(new RightSidebarUtilityView);
+    row->addWidget(new CenterDashboardView(state, webServer, urls), 1);
+    row->addWidget(new RightSidebarUtilityView(webServer));
 
     new kit::FocusRing(*this);
     setFocus(); // no control has the keyboard before it is asked for

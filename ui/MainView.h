@@ -7,6 +7,7 @@ namespace orvalen {
 class AppState;
 class ColorScheme;
 class UrlOpener;
+class WebScreenServer;
 
 namespace kit {
 class Theme;
@@ -19,7 +20,7 @@ class MainView : public QWidget
 
 public:
     /// Everything must outlive the window.
-    MainView(AppState &state, UrlOpener &urls, QWidget *parent = nullptr);
+    MainView(AppState &state, WebScreenServer &webServer, UrlOpener &urls, QWidget *parent = nullptr);
 
     /// Light or dark as the desktop says. Without this, as the system's palette looks.
     void followColorScheme(ColorScheme &scheme);

@@ -1,18 +1,28 @@
 #pragma once
 
-#include "ui/kit/Ground.h"
+#include "ui/kit/Builders.h"
 
 namespace orvalen {
 
-/// The right column: the short way to the offline mirror.
+class WebScreenServer;
+
+/// The right column: the short way to the offline mirror. Always there, whatever the centre column shows.
 class RightSidebarUtilityView : public kit::Panel
 {
     Q_OBJECT
 
 public:
-    explicit RightSidebarUtilityView(QWidget *parent = nullptr);
+    explicit RightSidebarUtilityView(WebScreenServer &webServer, QWidget *parent = nullptr);
 
     static constexpr int columnWidth = 220;
+
+private:
+    static QWidget *header();
+    QWidget *streamButton();
+    QWidget *usbSection();
+    QWidget *wifiSection();
+
+    WebScreenServer &webServer;
 };
 
 } // namespace orvalen

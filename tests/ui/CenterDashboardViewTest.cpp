@@ -26,7 +26,7 @@ struct CenterDashboard : ::testing::Test, Dashboard
     template <typename Widget>
     Widget &only() const
     {
-        const auto all = window.findChildren<Widget *>();
+        const auto all = window.findChild<CenterDashboardView *>()->findChildren<Widget *>();
         EXPECT_EQ(all.size(), 1);
         return *all.front();
     }

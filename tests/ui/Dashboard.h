@@ -15,7 +15,9 @@ struct Dashboard
     FakeMachine machine;
     FakeThermalEngine engine{machine};
     AppState state{machine.stateServices(engine)};
-    MainView window{state, machine.urls};
+    OfflineBridgeManager bridges{machine.interfaces};
+    WebScreenServer webServer{machine.streamServices(bridges)};
+    MainView window{state, webServer, machine.urls};
 
     void setBridge(double celsius, double soc = 0.0)
     {

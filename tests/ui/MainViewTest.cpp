@@ -15,6 +15,7 @@
 #include "ui/DashboardRules.h"
 #include "ui/LeftSidebarAdView.h"
 #include "ui/RightSidebarUtilityView.h"
+#include "ui/StreamRules.h"
 #include "ui/kit/Builders.h"
 #include "ui/kit/TabButton.h"
 #include "ui/kit/Theme.h"
@@ -272,7 +273,7 @@ TEST(Contrast, everythingThatIsReadStandsOut)
             EXPECT_GE(contrast(in(neutral::focusRing), in(ground)), 3.0);
             for (const auto &[name, accent] : accents) {
                 EXPECT_GE(contrast(in(accent.ink), in(ground)), 4.5) << name;
-                for (const int tint : {8, 12, 15, 20})
+                for (const int tint : {8, 10, 12, 13, 15, 20})
                     EXPECT_GE(contrast(in(accent.ink), over(in(accent.vivid.at(tint)), in(ground))), 4.5) << name;
             }
         }
@@ -280,6 +281,15 @@ TEST(Contrast, everythingThatIsReadStandsOut)
             EXPECT_GE(contrast(Qt::white, in(accent.solid)), 4.5) << name;
             EXPECT_GE(contrast(Qt::white, over(QColor(255, 255, 255, 15), in(accent.solid))), 4.5) << name; // hovered
         }
+        for (const bool isRunning : {false, true}) {
+            const auto fill = StreamRules::buttonAccent(isRunning).solid;
+            EXPECT_GE(contrast(in(StreamRules::dotShade(isRunning)), in(fill)), 3.0) << isRunning;
+        }
+        // The link on its tint on a card, and the selection in it.
+        EXPECT_GE(contrast(in(accent::green.ink), over(in(accent::green.vivid.at(12)), in(neutral::card))), 4.5);
+        EXPECT_GE(
+            contrast(widget.palette().color(QPalette::HighlightedText), widget.palette().color(QPalette::Highlight)),
+            4.5);
         for (const auto &[isWarmingUp, celsius] : {std::pair{true, 0.0}, {false, 0.0}, {false, 50.0}}) {
             SystemThermalData data;
             data.bridgeTemp = celsius;

@@ -5,6 +5,8 @@
 #include <QThread>
 
 #include <cstdio>
+#include <functional>
+#include <utility>
 
 #include "platform/ColorScheme.h"
 #include "tests/ui/Dashboard.h"
@@ -15,6 +17,33 @@ struct ChosenScheme : orvalen::ColorScheme
 {
     Receive receive;
     void follow(Receive newReceive) override { receive = std::move(newReceive); }
+};
+
+using orvalen::test::Dashboard;
+
+/// The stream as a person may find it.
+const std::pair<const char *, std::function<void(Dashboard &)>> stages[] = {
+    {"stopped",
+     [](Dashboard &dashboard) {
+         dashboard.machine.interfaces.entries = {{orvalen::test::networkInterface("en0", "192.168.1.20")}};
+         dashboard.machine.captureAccess.granted = true;
+         dashboard.webServer.isRunning = false;
+         dashboard.webServer.refreshIPs();
+     }},
+    {"running", [](Dashboard &dashboard) { dashboard.webServer.isRunning = true; }},
+    {"usb",
+     [](Dashboard &dashboard) {
+         dashboard.machine.interfaces.entries = {{orvalen::test::networkInterface("en0", "192.168.1.20"),
+                                                  orvalen::test::networkInterface("en5", "172.20.10.2")}};
+         dashboard.webServer.refreshIPs();
+     }},
+    {"longest",
+     [](Dashboard &dashboard) {
+         dashboard.machine.interfaces.entries->clear();
+         dashboard.machine.hostName.multicast = "an-office-laptop-with-a-rather-long-name-of-its-own-and-then-some";
+         dashboard.machine.captureAccess.granted = false;
+         dashboard.webServer.refreshIPs();
+     }},
 };
 
 } // namespace
@@ -60,6 +89,23 @@ int main(int argc, char *argv[])
         }
     }
 
+    dashboard.state.selectedTab = 4;
+    for (const bool dark : {false, true}) {
+        scheme.receive(dark ? 1 : 2);
+        for (const auto &[stage, show] : stages) {
+            show(dashboard);
+            for (const auto &[width, height] : {std::pair{815, 560}, {815, 1000}, {1000, 840}, {1600, 840}}) {
+                dashboard.window.resize(width, height);
+                dashboard.settle();
+                const auto name =
+                    QStringLiteral("%1/clone-%2-%3-%4x%5.png").arg(folder, dark ? "dark" : "light", stage);
+                if (!dashboard.window.grab().save(name.arg(width).arg(height)))
+                    return 1;
+            }
+        }
+    }
+
+    dashboard.state.selectedTab = 0;
     dashboard.window.resize(1000, 680);
     dashboard.window.activateWindow();
     dashboard.settle();

@@ -4,6 +4,7 @@
 #include <QAccessibleWidget>
 
 #include "ui/kit/Control.h"
+#include "ui/kit/QRCodeView.h"
 
 namespace orvalen::kit {
 
@@ -61,8 +62,11 @@ private:
 
 QAccessibleInterface *makeInterface(const QString &, QObject *object)
 {
-    auto *control = qobject_cast<Control *>(object);
-    return control ? new AccessibleControl(*control) : nullptr;
+    if (auto *control = qobject_cast<Control *>(object))
+        return new AccessibleControl(*control);
+    if (auto *code = qobject_cast<QRCodeView *>(object))
+        return new QAccessibleWidget(code, QAccessible::Graphic);
+    return nullptr;
 }
 
 } // namespace

@@ -210,6 +210,41 @@ Text caption(const Live<QString> &content)
     return text(content).size(10).weight(QFont::Bold).capitals().color(neutral::secondary);
 }
 
+Address Address::size(int pixels) const
+{
+    auto type = widget->type();
+    type.size = pixels;
+    widget->setType(type);
+    return *this;
+}
+
+Address Address::weight(int weight) const
+{
+    auto type = widget->type();
+    type.weight = weight;
+    widget->setType(type);
+    return *this;
+}
+
+Address Address::color(const Accent &accent) const
+{
+    widget->setShade(accent.ink);
+    return *this;
+}
+
+Address address(const Live<QString> &content, const QString &name)
+{
+    auto *label = new AddressLabel;
+    label->setAccessibleName(name);
+    content.follow(*label, [label](const QString &value) { label->setAddress(value); });
+    return Address(label);
+}
+
+Built<AddressRow> addressRow(AddressLabel *address, std::vector<QWidget *> buttons)
+{
+    return Built(new AddressRow(address, std::move(buttons)));
+}
+
 Symbol Symbol::color(const Live<Accent> &accent) const
 {
     accent.follow(*widget, [label = widget](const Accent &value) { label->setAccent(value); });
@@ -309,6 +344,13 @@ Call Call::textSize(int pixels) const
     return *this;
 }
 
+Call Call::dot(const Live<Shade> &shade, const Live<QString> &meaning) const
+{
+    shade.follow(*widget, [button = widget](const Shade &value) { button->setDot(value); });
+    meaning.follow(*widget, [button = widget](const QString &value) { button->setAccessibleDescription(value); });
+    return *this;
+}
+
 Call callToAction(const Live<QString> &label, Action action)
 {
     auto *button = new CallToAction;
@@ -317,12 +359,24 @@ Call callToAction(const Live<QString> &label, Action action)
     return Call(button);
 }
 
-Built<SmallButton> smallButton(const QString &label, Action action)
+Small Small::color(const Accent &accent) const
+{
+    widget->setAccent(accent);
+    return *this;
+}
+
+Small Small::about(const Live<QString> &what) const
+{
+    what.follow(*widget, [button = widget](const QString &value) { button->setAccessibleDescription(value); });
+    return *this;
+}
+
+Small smallButton(const QString &label, Action action)
 {
     auto *button = new SmallButton;
     button->setText(label);
     onPress(button, std::move(action));
-    return Built(button);
+    return Small(button);
 }
 
 Built<Toggle> toggle(Published<bool> &setting, const QString &name, const QString &description)
@@ -356,10 +410,34 @@ Built<Badge> statusBadge(const Live<QString> &word, const Live<Accent> &accent)
     return Built(badge({.isStatus = true}, word, accent));
 }
 
-Built<Badge> capsule(const Live<QString> &word, const Live<Accent> &accent, int size)
+Built<Badge> capsule(const Live<QString> &word, const Live<Accent> &accent, int size, int tint)
 {
-    return Built(badge({.type = {.size = size, .weight = QFont::Bold, .capitals = true}, .tint = 15, .padding = {7, 2}},
-                       word, accent));
+    return Built(
+        badge({.type = {.size = size, .weight = QFont::Bold, .capitals = true}, .tint = tint, .padding = {7, 2}}, word,
+              accent));
+}
+
+Built<Disc> dot(int side, const Live<Accent> &accent)
+{
+    auto *disc = new Disc(side);
+    accent.follow(*disc, [disc](const Accent &value) { disc->setShade(value.vivid); });
+    return Built(disc);
+}
+
+Built<Disc> numberDisc(int number, const Live<Accent> &accent)
+{
+    auto *disc = new Disc(20);
+    disc->setWord(QString::number(number));
+    accent.follow(*disc, [disc](const Accent &value) { disc->setShade(value.solid); });
+    return Built(disc);
+}
+
+Built<QRCodeView> qrCode(const Live<std::optional<QRCodeImage>> &code, int size, const Live<QString> &address)
+{
+    auto *view = new QRCodeView(size);
+    code.follow(*view, [view](const std::optional<QRCodeImage> &value) { view->setCode(value); });
+    address.follow(*view, [view](const QString &value) { view->setAccessibleDescription(value); });
+    return Built(view);
 }
 
 Built<Badge> keyBadge(const QString &keys, const Accent &accent)
@@ -375,7 +453,10 @@ QWidget *hairline()
 
 QWidget *shownWhile(const Live<bool> &condition, QWidget *widget)
 {
-    condition.follow(*widget, [widget](bool holds) { widget->setVisible(holds); });
+    condition.follow(*widget, [widget](bool holds) {
+        if (!holds || widget->parentWidget()) // else it is shown with the widget that it will be put into
+            widget->setVisible(holds);
+    });
     return widget;
 }
 

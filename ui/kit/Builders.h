@@ -6,12 +6,17 @@
 #include <functional>
 #include <initializer_list>
 #include <optional>
+#include <vector>
 
+#include "ui/kit/AddressLabel.h"
+#include "ui/kit/AddressRow.h"
 #include "ui/kit/Badge.h"
 #include "ui/kit/CallToAction.h"
+#include "ui/kit/Disc.h"
 #include "ui/kit/Ground.h"
 #include "ui/kit/LinkLabel.h"
 #include "ui/kit/Live.h"
+#include "ui/kit/QRCodeView.h"
 #include "ui/kit/SmallButton.h"
 #include "ui/kit/SymbolLabel.h"
 #include "ui/kit/TextLabel.h"
@@ -108,6 +113,21 @@ Text title(const Live<QString> &content);   ///< 13 px, semi-bold: what a card i
 Text note(const Live<QString> &content);    ///< 11 px, secondary, wrapped: what explains it.
 Text caption(const Live<QString> &content); ///< 10 px, bold, secondary, for text in capitals.
 
+class Address : public Built<AddressLabel>
+{
+public:
+    using Built<AddressLabel>::Built;
+    Address size(int pixels) const;
+    Address weight(int weight) const;
+    Address color(const Accent &accent) const;
+};
+
+/// An address to be read, selected or copied. `name` says what for, to screen readers.
+Address address(const Live<QString> &content, const QString &name);
+
+/// That, and buttons for it.
+Built<AddressRow> addressRow(AddressLabel *address, std::vector<QWidget *> buttons);
+
 class Symbol : public Built<SymbolLabel>
 {
 public:
@@ -140,10 +160,20 @@ public:
     Call color(const Live<Accent> &accent) const;
     Call progress(const Live<std::optional<double>> &fraction) const;
     Call textSize(int pixels) const;
+    Call dot(const Live<Shade> &shade, const Live<QString> &meaning) const; ///< The meaning is for screen readers.
 };
 
 Call callToAction(const Live<QString> &label, Action action);
-Built<SmallButton> smallButton(const QString &label, Action action);
+
+class Small : public Built<SmallButton>
+{
+public:
+    using Built<SmallButton>::Built;
+    Small color(const Accent &accent) const;
+    Small about(const Live<QString> &what) const; ///< Tells buttons of one name apart, to screen readers.
+};
+
+Small smallButton(const QString &label, Action action);
 
 /// A switch for a setting, both ways. `name` and `description` are for screen readers.
 Built<Toggle> toggle(Published<bool> &setting, const QString &name, const QString &description = {});
@@ -154,8 +184,14 @@ Container<QWidget> toggleRow(Published<bool> &setting, const QString &name, cons
 /// A state in a word: with a dot, and said by screen readers when it changes.
 Built<Badge> statusBadge(const Live<QString> &word, const Live<Accent> &accent);
 
-/// A word in a capsule.
-Built<Badge> capsule(const Live<QString> &word, const Live<Accent> &accent, int size = 8);
+/// A word in a capsule, on that per cent of the vivid tone.
+Built<Badge> capsule(const Live<QString> &word, const Live<Accent> &accent, int size = 8, int tint = 15);
+
+Built<Disc> dot(int side, const Live<Accent> &accent);          ///< In its vivid tone.
+Built<Disc> numberDisc(int number, const Live<Accent> &accent); ///< White on its solid tone.
+
+/// A QR code, about `size` points wide. `address` is what it says, for those who cannot see it.
+Built<QRCodeView> qrCode(const Live<std::optional<QRCodeImage>> &code, int size, const Live<QString> &address);
 
 /// Keys to press.
 Built<Badge> keyBadge(const QString &keys, const Accent &accent);

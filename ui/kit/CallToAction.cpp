@@ -19,6 +19,7 @@ namespace {
 constexpr int buttonHeight = 38;
 constexpr int padding = 12;
 constexpr int symbolSize = 14;
+constexpr int dotSize = 6;
 constexpr int gap = 6;
 
 } // namespace
@@ -48,6 +49,21 @@ void CallToAction::setSymbol(const QString &symbol)
         return;
     symbolName = symbol;
     update();
+}
+
+void CallToAction::setDot(const Shade &shade)
+{
+    if (dotShade == shade)
+        return;
+    dotShade = shade;
+    update();
+}
+
+int CallToAction::markSize() const
+{
+    if (dotShade)
+        return dotSize;
+    return symbolName.isEmpty() ? 0 : symbolSize;
 }
 
 void CallToAction::setAccent(const Accent &accent)
@@ -144,18 +160,23 @@ void CallToAction::paintEvent(QPaintEvent *)
 
     const auto font = Type{.size = textSize, .weight = QFont::DemiBold}.font(*this);
     const QFontMetrics metrics(font);
-    const int symbolRoom = symbolName.isEmpty() ? 0 : symbolSize + gap;
-    const auto shown = metrics.elidedText(text, Qt::ElideRight, width() - 2 * padding - symbolRoom);
-    QRect content(0, 0, symbolRoom + metrics.horizontalAdvance(shown), height());
+    const int markRoom = markSize() ? markSize() + gap : 0;
+    const auto shown = metrics.elidedText(text, Qt::ElideRight, width() - 2 * padding - markRoom);
+    QRect content(0, 0, markRoom + metrics.horizontalAdvance(shown), height());
     content.moveLeft((width() - content.width()) / 2);
 
-    painter.setPen(neutral::onSolid.in(*this));
-    if (symbolRoom) {
-        const QRect place(content.left(), (height() - symbolSize) / 2, symbolSize, symbolSize);
-        paintSymbol(painter, QStyle::visualRect(layoutDirection(), rect(), place), symbolName, painter.pen().color());
+    const auto mark = QStyle::visualRect(layoutDirection(), rect(),
+                                         {content.left(), (height() - markSize()) / 2, markSize(), markSize()});
+    if (dotShade) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(dotShade->in(*this));
+        painter.drawEllipse(mark);
+    } else if (markRoom) {
+        paintSymbol(painter, mark, symbolName, neutral::onSolid.in(*this));
     }
+    painter.setPen(neutral::onSolid.in(*this));
     painter.setFont(font);
-    painter.drawText(QStyle::visualRect(layoutDirection(), rect(), content.adjusted(symbolRoom, 0, 0, 0)),
+    painter.drawText(QStyle::visualRect(layoutDirection(), rect(), content.adjusted(markRoom, 0, 0, 0)),
                      Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, shown);
 }
 

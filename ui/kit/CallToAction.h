@@ -8,8 +8,8 @@
 
 namespace orvalen::kit {
 
-/// A full-width button in the solid tone of its accent, with a symbol before its label. It can show the progress of
-/// what it has set off: the fill sweeps from the leading edge, the label stays.
+/// A full-width button in the solid tone of its accent, with a symbol or a dot before its label if wanted. It can show
+/// the progress of what it has set off: the fill sweeps from the leading edge, the label stays.
 class CallToAction : public Control, public ShadowCaster
 {
     Q_OBJECT
@@ -20,12 +20,14 @@ public:
     /// Each does nothing where nothing changes.
     void setLabel(const QString &label);
     void setSymbol(const QString &symbol);
+    void setDot(const Shade &shade); ///< A light by which one sees whether what it sets off is on.
     void setAccent(const Accent &accent);
     void setProgress(std::optional<double> progress); ///< 0 to 1, none: nothing is under way.
     void setTextSize(int size);
 
     [[nodiscard]] QString label() const override { return text; }
     [[nodiscard]] const QString &symbol() const { return symbolName; }
+    [[nodiscard]] const std::optional<Shade> &dot() const { return dotShade; }
     [[nodiscard]] const Accent &accent() const { return color; }
     [[nodiscard]] Outline outline() const override { return {rect(), radius}; }
     [[nodiscard]] Shadow shadow() const override;
@@ -45,9 +47,11 @@ protected:
 private:
     void announceLater();
     [[nodiscard]] QString announcement() const;
+    [[nodiscard]] int markSize() const; ///< Of the symbol or the dot; 0 without.
 
     QString text;
     QString symbolName;
+    std::optional<Shade> dotShade;
     Accent color = accent::blue;
     int textSize = 12;
     std::optional<double> progress;

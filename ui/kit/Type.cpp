@@ -24,8 +24,13 @@ double textScale(const QFont &systemFont)
 
 QFont Type::font(const QWidget &widget) const
 {
-    QFont font = widget.font();
-    font.setPixelSize(static_cast<int>(std::lround(size * textScale(widget.font()))));
+    return font(widget.font());
+}
+
+QFont Type::font(const QFont &surroundings) const
+{
+    QFont font = surroundings;
+    font.setPixelSize(static_cast<int>(std::lround(size * textScale(surroundings))));
     font.setWeight(
         static_cast<QFont::Weight>(size < smallestPlainSize ? std::max<int>(weight, QFont::DemiBold) : weight));
     if (capitals)

@@ -15,6 +15,7 @@ struct Type
 
     /// In the font of `widget`. A system font larger than usual enlarges the text, by a quarter at most.
     [[nodiscard]] QFont font(const QWidget &widget) const;
+    [[nodiscard]] QFont font(const QFont &surroundings) const; ///< For text among text in that font.
 
     friend bool operator==(const Type &, const Type &) = default;
 };

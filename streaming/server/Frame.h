@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+namespace orvalen {
+
+/// The bytes of one JPEG. Copies share them; nobody changes them. They lie in pages of their own, which go back to the
+/// system with the last copy. Any thread.
+class Frame
+{
+public:
+    /// An empty frame: there is no picture.
+    Frame() = default;
+    Frame(const Frame &other) noexcept;
+    Frame(Frame &&other) noexcept : block(std::exchange(other.block, nullptr)) {}
+    Frame &operator=(Frame other) noexcept
+    {
+        std::swap(block, other.block);
+        return *this;
+    }
+    ~Frame();
+
+    /// A copy of `bytes`; empty if there is no memory.
+    [[nodiscard]] static Frame of(std::string_view bytes) noexcept;
+
+    /// All that the open file `descriptor` holds; empty if that is nothing, more than `limit`, or not to be read.
+    [[nodiscard]] static Frame ofFile(int descriptor, std::size_t limit) noexcept;
+
+    [[nodiscard]] bool isEmpty() const { return block == nullptr; }
+    [[nodiscard]] std::string_view bytes() const;
+
+private:
+    struct Block;
+
+    explicit Frame(Block *block) : block(block) {}
+    static Block *allocate(std::size_t capacity) noexcept;
+
+    Block *block = nullptr;
+};
+
+} // namespace orvalen

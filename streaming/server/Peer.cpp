@@ -1,0 +1,178 @@
+#include "streaming/server/Peer.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <limits>
+
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+
+namespace orvalen {
+
+namespace {
+
+/// The options make a connection better; without them it works, too.
+template <typename Value>
+void setOption(const Descriptor &socket, int level, int option, const Value &value)
+{
+    ::setsockopt(socket.get(), level, option, &value, sizeof value);
+}
+
+/// Like poll(2) on one descriptor, until `deadline`: the events, or 0 in time.
+short waitFor(const Descriptor &socket, short events, Peer::Clock::time_point deadline)
+{
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Peer::Clock::now()).count();
+        pollfd waiting{socket.get(), events, 0};
+        const int ready = ::poll(&waiting, 1, static_cast<int>(std::clamp<long long>(left, 0, 1'000'000)));
+        if (ready > 0)
+            return waiting.revents;
+        if (ready == 0 && left <= 1'000'000)
+            return 0;
+        if (ready < 0 && errno != EINTR)
+            return POLLERR;
+    }
+}
+
+/// Leaves what has not been sent of the pieces; false if that is nothing.
+bool advance(std::span<iovec> &pieces, std::size_t sent)
+{
+    while (!pieces.empty() && sent >= pieces.front().iov_len) {
+        sent -= pieces.front().iov_len;
+        pieces = pieces.subspan(1);
+    }
+    if (pieces.empty())
+        return false;
+    pieces.front().iov_base = static_cast<char *>(pieces.front().iov_base) + sent;
+    pieces.front().iov_len -= sent;
+    return true;
+}
+
+} // namespace
+
+Peer::Peer(Descriptor socket, const Patience &patience) : socket(std::move(socket)), patience(patience)
+{
+    setOption(this->socket, SOL_SOCKET, SO_KEEPALIVE, 1);
+}
+
+std::ptrdiff_t Peer::receive(std::span<char> room, Clock::time_point deadline)
+{
+    for (;;) {
+        const auto got = ::recv(socket.get(), room.data(), room.size(), MSG_DONTWAIT);
+        if (got >= 0)
+            return got;
+        if (errno == EINTR)
+            continue;
+        if (errno != EAGAIN)
+            return 0;
+        if (waitFor(socket, POLLIN, deadline) == 0)
+            return -1;
+    }
+}
+
+bool Peer::send(std::span<iovec> pieces)
+{
+    bool isLimited = expectsFrames;
+    bool isSent = false;
+    while (!isSent) {
+        msghdr message = {};
+        message.msg_iov = pieces.data();
+        message.msg_iovlen = static_cast<decltype(message.msg_iovlen)>(pieces.size());
+        const auto sent = ::sendmsg(socket.get(), &message, MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (sent < 0 && errno == EINTR)
+            continue;
+        if (sent < 0 && errno != EAGAIN)
+            return false;
+        isSent = !advance(pieces, sent > 0 ? static_cast<std::size_t>(sent) : 0);
+        if (isSent)
+            break;
+        if (isLimited) {
+            // What was begun goes to the kernel as far as there is room: a slow peer then keeps none of our memory.
+            limitUnsent(0);
+            isLimited = false;
+        } else if (!waitUntilWritable()) {
+            return false;
+        }
+    }
+    if (expectsFrames && !isLimited)
+        limitUnsent(limits::unsentBytes);
+    return true;
+}
+
+void Peer::expectFrames()
+{
+    expectsFrames = true;
+    setOption(socket, IPPROTO_TCP, TCP_NODELAY, 1);
+    limitUnsent(limits::unsentBytes);
+}
+
+void Peer::limitUnsent(int bytes)
+{
+    setOption(socket, IPPROTO_TCP, TCP_NOTSENT_LOWAT, bytes); // 0: no limit
+}
+
+bool Peer::waitUntilTaken()
+{
+    return waitUntilWritable();
+}
+
+int Peer::unacknowledged() const
+{
+    int bytes = 0;
+    return ::ioctl(socket.get(), TIOCOUTQ, &bytes) == 0 ? bytes : std::numeric_limits<int>::max();
+}
+
+bool Peer::waitUntilWritable()
+{
+    int least = std::numeric_limits<int>::max();
+    auto deadline = Clock::now() + patience.sending;
+    for (;;) {
+        const auto now = Clock::now();
+        const auto glance = now + std::chrono::duration_cast<Clock::duration>(patience.sendingGlance);
+        const auto events = waitFor(socket, POLLOUT, std::min(deadline, glance));
+        if (events != 0)
+            return (events & (POLLERR | POLLHUP | POLLNVAL)) == 0;
+        if (const int left = unacknowledged(); left < least) {
+            deadline = least == std::numeric_limits<int>::max() ? deadline : Clock::now() + patience.sending;
+            least = left;
+        }
+        if (Clock::now() >= deadline)
+            return false;
+    }
+}
+
+bool Peer::rest(std::chrono::milliseconds duration)
+{
+    return waitFor(socket, 0, Clock::now() + duration) == 0;
+}
+
+bool Peer::hasSaidGoodbye()
+{
+    std::array<char, 512> thrownAway;
+    const auto got = ::recv(socket.get(), thrownAway.data(), thrownAway.size(), MSG_DONTWAIT);
+    return got == 0 || (got < 0 && errno != EAGAIN && errno != EINTR);
+}
+
+void Peer::sayGoodbye()
+{
+    ::shutdown(socket.get(), SHUT_WR);
+    const auto deadline = Clock::now() + std::chrono::duration_cast<Clock::duration>(patience.farewell);
+    std::array<char, 2048> thrownAway;
+    for (std::size_t total = 0; total < limits::farewellBytes;) {
+        const auto got = receive(thrownAway, deadline);
+        if (got <= 0 || Clock::now() >= deadline)
+            break;
+        total += static_cast<std::size_t>(got);
+    }
+}
+
+void Peer::giveUp()
+{
+    setOption(socket, SOL_SOCKET, SO_LINGER, linger{1, 0});
+}
+
+} // namespace orvalen
