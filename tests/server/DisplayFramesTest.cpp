@@ -144,6 +144,7 @@ TEST_F(DisplayFramesTest, eachDisplayHasItsOwn)
 TEST_F(DisplayFramesTest, aFailureRestsAndThenBringsTheDisplaysLastFrame)
 {
     auto viewer = frames.watch(2);
+    auto other = frames.watch(2);
     (void)frames.watch(1).nextFrame();
     source.behaviour = [](std::int64_t) { return FakeSource::good("second"); };
     (void)viewer.nextFrame();
