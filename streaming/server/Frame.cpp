@@ -12,7 +12,7 @@
 namespace orvalen {
 
 /// Stands at the beginning of the pages; the bytes follow it.
-struct Frame::Block
+struct alignas(64) Frame::Block
 {
     std::atomic<std::size_t> owners = 1;
     std::size_t mapped = 0;

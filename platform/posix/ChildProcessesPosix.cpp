@@ -1,0 +1,191 @@
+#include "platform/posix/ChildProcessesPosix.h"
+
+#include <cerrno>
+#include <condition_variable>
+#include <csignal>
+#include <future>
+#include <mutex>
+#include <system_error>
+#include <thread>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/types.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char **environ; // NOLINT: its name is the system's
+
+namespace orvalen {
+
+namespace {
+
+void require(int error, const std::string &what)
+{
+    if (error != 0)
+        throw std::system_error(error, std::generic_category(), what);
+}
+
+/// What a child starts with: standard output and error of ours, an empty input, no other descriptor.
+class Descriptors
+{
+public:
+    Descriptors()
+    {
+        require(::posix_spawn_file_actions_init(&actions), "posix_spawn_file_actions_init");
+        ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+#ifdef __APPLE__
+        ::posix_spawn_file_actions_addinherit_np(&actions, STDOUT_FILENO); // see POSIX_SPAWN_CLOEXEC_DEFAULT
+        ::posix_spawn_file_actions_addinherit_np(&actions, STDERR_FILENO);
+#else
+        ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+#endif
+    }
+    ~Descriptors()
+    {
+        ::posix_spawn_file_actions_destroy(&actions);
+    }
+    Descriptors(const Descriptors &) = delete;
+    Descriptors &operator=(const Descriptors &) = delete;
+
+    posix_spawn_file_actions_t actions{};
+};
+
+/// A session of its own, no signal blocked and none ignored.
+class Attributes
+{
+public:
+    Attributes()
+    {
+        require(::posix_spawnattr_init(&attributes), "posix_spawnattr_init");
+        sigset_t none, all;
+        sigemptyset(&none);
+        sigfillset(&all);
+        sigdelset(&all, SIGKILL);
+        sigdelset(&all, SIGSTOP);
+        ::posix_spawnattr_setsigmask(&attributes, &none);
+        ::posix_spawnattr_setsigdefault(&attributes, &all);
+        int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSID;
+#ifdef __APPLE__
+        flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
+#endif
+        ::posix_spawnattr_setflags(&attributes, static_cast<short>(flags));
+    }
+    ~Attributes()
+    {
+        ::posix_spawnattr_destroy(&attributes);
+    }
+    Attributes(const Attributes &) = delete;
+    Attributes &operator=(const Attributes &) = delete;
+
+    posix_spawnattr_t attributes{};
+};
+
+/// Throws std::system_error.
+pid_t spawn(const std::string &program, const std::vector<std::string> &arguments)
+{
+    std::vector<char *> argv{const_cast<char *>(program.c_str())};
+    for (const auto &argument : arguments)
+        argv.push_back(const_cast<char *>(argument.c_str()));
+    argv.push_back(nullptr);
+
+    const Descriptors descriptors;
+    const Attributes attributes;
+    pid_t pid = -1;
+    require(::posix_spawn(&pid, program.c_str(), &descriptors.actions, &attributes.attributes, argv.data(), environ),
+            program);
+    return pid;
+}
+
+/// One child; shared by whoever has it in hand and the thread that waits for it.
+class Child
+{
+public:
+    explicit Child(pid_t pid) : pid(pid) {}
+
+    /// Waits for its end and takes leave of it: from then on the number may be another process's.
+    void seeOff()
+    {
+        siginfo_t info = {};
+        while (::waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
+        }
+        const std::scoped_lock lock(mutex);
+        while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+        }
+        hasEnded = true;
+        ended.notify_all();
+    }
+
+    [[nodiscard]] bool isRunning()
+    {
+        const std::scoped_lock lock(mutex);
+        return !hasEnded;
+    }
+
+    void signal(int number)
+    {
+        const std::scoped_lock lock(mutex);
+        if (!hasEnded)
+            ::kill(pid, number);
+    }
+
+    /// Whether it has ended within that time.
+    bool endsWithin(std::chrono::milliseconds time)
+    {
+        std::unique_lock lock(mutex);
+        return ended.wait_for(lock, time, [this] { return hasEnded; });
+    }
+
+private:
+    const pid_t pid;
+    std::mutex mutex; ///< Guards what follows, and the meaning of `pid`.
+    std::condition_variable ended;
+    bool hasEnded = false;
+};
+
+class ChildProcessPosix : public ChildProcess
+{
+public:
+    ChildProcessPosix(std::shared_ptr<Child> child, std::chrono::milliseconds patience)
+        : child(std::move(child)), patience(patience)
+    {
+    }
+
+    bool isRunning() override { return child->isRunning(); }
+    void terminate() override { child->signal(SIGTERM); }
+    void waitUntilExit() override
+    {
+        if (child->endsWithin(patience))
+            return;
+        child->signal(SIGKILL);
+        child->endsWithin(patience);
+    }
+
+private:
+    const std::shared_ptr<Child> child;
+    const std::chrono::milliseconds patience;
+};
+
+} // namespace
+
+std::unique_ptr<ChildProcess> ChildProcessesPosix::launch(const std::string &program,
+                                                          const std::vector<std::string> &arguments)
+{
+    // The thread is there before the child: where there is none to be had, there is nothing to take back.
+    std::promise<std::shared_ptr<Child>> started;
+    auto child = started.get_future();
+    std::thread([started = std::move(started), &program, &arguments]() mutable {
+        std::shared_ptr<Child> own;
+        try {
+            own = std::make_shared<Child>(spawn(program, arguments));
+        } catch (...) {
+            started.set_exception(std::current_exception());
+            return;
+        }
+        started.set_value(own); // the references end here
+        own->seeOff();
+    }).detach();
+    return std::make_unique<ChildProcessPosix>(child.get(), patience);
+}
+
+} // namespace orvalen
