@@ -1,4 +1,4 @@
-# Graphics memory copies, sounds and notifications of a Linux desktop.
+# Graphics memory copies, sounds, speech, notifications and the announced name of a Linux desktop.
 
 find_package(PkgConfig REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus)
@@ -13,8 +13,10 @@ orvalen_library(orvalen_platform_linux_graphics
 target_link_libraries(orvalen_platform_linux_graphics PUBLIC orvalen_platform Vulkan::Headers PRIVATE ${CMAKE_DL_LIBS})
 
 orvalen_library(orvalen_platform_linux_desktop
+    HostNameAvahi.cpp
     NotificationsDBus.cpp NotificationsDBus.h
-    SoundsCanberra.cpp)
+    SoundsCanberra.cpp
+    SpeechCommand.cpp)
 set_target_properties(orvalen_platform_linux_desktop PROPERTIES AUTOMOC ON)
 target_link_libraries(orvalen_platform_linux_desktop PUBLIC orvalen_platform Qt6::Core Qt6::DBus
     PRIVATE PkgConfig::canberra)

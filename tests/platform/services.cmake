@@ -1,6 +1,5 @@
 # Tests of the adapters that give the program its services: queues, settings, sounds, graphics, notifications.
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui)
-
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Network)
 
 orvalen_test(dispatch_qt_test SOURCES DispatchQtTest.cpp LIBRARIES orvalen_platform_qt)
 orvalen_test(url_opener_qt_test SOURCES UrlOpenerQtTest.cpp LIBRARIES orvalen_platform_qt Qt6::Gui
@@ -36,3 +35,13 @@ set_tests_properties(SoundsCanberra PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 180)
 # Against a server of the test's own on a bus of its own.
 orvalen_test(notifications_dbus_test SOURCES NotificationsDBusTest.cpp LIBRARIES orvalen_platform_linux_desktop)
 set_target_properties(notifications_dbus_test PROPERTIES AUTOMOC ON)
+
+# Where the system bus would be, this process has one of its own.
+orvalen_test(host_name_avahi_test SOURCES HostNameAvahiTest.cpp LIBRARIES orvalen_platform_linux_desktop Qt6::Network)
+set_target_properties(host_name_avahi_test PROPERTIES AUTOMOC ON)
+
+orvalen_test(speech_command_test SOURCES SpeechCommandTest.cpp
+    LIBRARIES orvalen_platform_linux_desktop orvalen_platform_posix)
+
+orvalen_test(pasteboard_qt_test SOURCES PasteboardQtTest.cpp ../support/XServer.cpp
+    LIBRARIES orvalen_platform_qt Qt6::Gui)

@@ -1,0 +1,59 @@
+#include "platform/linux/SpeechCommand.h"
+
+#include <filesystem>
+#include <optional>
+#include <sstream>
+#include <system_error>
+
+#include <unistd.h>
+
+#include "platform/ChildProcesses.h"
+
+namespace orvalen {
+
+namespace {
+
+struct Command
+{
+    std::string name;
+    std::vector<std::string> options; ///< An English voice, the text as it stands; the text comes after them.
+};
+
+const std::vector<Command> &commands()
+{
+    static const std::vector<Command> list = {
+        {"spd-say", {"-N", "Orvalen", "-l", "en", "-m", "none", "--"}}, // -m: commas and colons are not read out
+        {"espeak-ng", {"-v", "en", "-b", "1", "--"}},                   // -b 1: UTF-8
+    };
+    return list;
+}
+
+/// Where it would be run from; folders that depend on where we stand do not count.
+std::optional<std::string> found(const std::string &name, const std::string &searchPath)
+{
+    std::istringstream folders(searchPath);
+    for (std::string folder; std::getline(folders, folder, ':');) {
+        const auto program = std::filesystem::path(folder) / name;
+        std::error_code error;
+        if (program.is_absolute() && std::filesystem::is_regular_file(program, error) &&
+            ::access(program.c_str(), X_OK) == 0)
+            return program.string();
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+void SpeechCommand::speak(std::string_view text)
+{
+    for (const auto &[name, options] : commands()) {
+        if (const auto program = found(name, searchPath)) {
+            auto arguments = options;
+            arguments.emplace_back(text);
+            const auto voice = processes.launch(*program, arguments); // let go at once; it speaks on
+            return;
+        }
+    }
+}
+
+} // namespace orvalen
