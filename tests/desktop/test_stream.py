@@ -80,6 +80,8 @@ class Viewer:
         while not self.file.readline().startswith(b'--'):
             pass
         file.write_bytes(self.file.read(int(self.headers()['Content-Length'])))
+        damage = subprocess.run(['convert', '-regard-warnings', file, 'null:'], capture_output=True, text=True, timeout=30)
+        assert damage.returncode == 0, damage.stderr
         return file
 
     def newest_frame(self, file):
