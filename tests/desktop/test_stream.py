@@ -66,7 +66,11 @@ class Viewer:
     """A phone that watches."""
 
     def __init__(self, port, host='127.0.0.1'):
-        self.connection = socket.create_connection((host, port), 10)
+        self.address = host, port
+        self.connect()
+
+    def connect(self):
+        self.connection = socket.create_connection(self.address, 10)
         self.connection.sendall(b'GET /stream.mjpg?d=1 HTTP/1.0\r\n\r\n')
         self.file = self.connection.makefile('rb')
         self.headers()
@@ -86,7 +90,9 @@ class Viewer:
 
     def newest_frame(self, file):
         """One that was taken after this call, put into that file."""
-        for _ in range(4):  # frames on their way, and one that was being taken
+        self.close()  # with all the pictures that are on their way
+        self.connect()
+        for _ in range(3):  # the first may be one that was being taken
             self.frame(file)
         return file
 
