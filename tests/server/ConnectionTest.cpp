@@ -206,14 +206,6 @@ TEST_F(ConnectionTest, streamsPartsToTheByte)
     EXPECT_THAT(heard.substr(body), StartsWith(part + part + part));
 }
 
-TEST_F(ConnectionTest, theNextPartBeginsRightAfterAFrame)
-{
-    // Seen at the first frame: the second comes later, but its beginning is there.
-    serve();
-    say("GET /stream.mjpg HTTP/1.1\r\n\r\n");
-    EXPECT_THAT(hear("picture 1\r\n"), EndsWith("picture 1\r\n--FRAME\r\nContent-Type: image/jpeg\r\n"));
-}
-
 TEST_F(ConnectionTest, aHalfClosedViewerStillGetsItsStream)
 {
     serve();
