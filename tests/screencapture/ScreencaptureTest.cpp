@@ -1,9 +1,9 @@
 // The whole program, as the stream server starts it.
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <chrono>
 #include <random>
+#include <stop_token>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -283,10 +283,9 @@ TEST(Screencapture, aDisplayOfAnotherSizeIsTakenAnewIntoTheSameFile)
 TEST(Screencapture, aPictureIsOfOneMoment)
 {
     Desktop desktop({"-screen", "0", "1920x1200x24"});
-    std::atomic<bool> isOver = false;
-    std::thread painter([&] {
+    const std::jthread painter([&](const std::stop_token &isOver) {
         Screen screen(desktop.server.display());
-        for (unsigned i = 0; !isOver; ++i)
+        for (unsigned i = 0; !isOver.stop_requested(); ++i)
             screen.fill({0, 0, 1920, 1200}, i % 2 == 0 ? 0xffffff : 0);
     });
     for (int i = 0; i < 20; ++i) {
@@ -295,8 +294,6 @@ TEST(Screencapture, aPictureIsOfOneMoment)
         for (int y = 0; y < 1200; y += 16)
             ASSERT_EQ(picture.at(960, y).red, first) << i << ' ' << y;
     }
-    isOver = true;
-    painter.join();
 }
 
 TEST(Screencapture, theFileIsForItsOwnerAlone)
@@ -518,7 +515,7 @@ TEST(Screencapture, killedAtAnyMomentItLeavesAWholeFileAndNoLitter)
     (void)desktop.captured();
     std::mt19937 random(1);
     int killed = 0;
-    for (int i = 0; i < 200; ++i) {
+    for (int i = 0; i < 100; ++i) {
         desktop.screen.paint(whole, i % 2 == 0 ? other : one); // the server is free again after each kill
         Program program({test::captureCommand(), desktop.file}, {{"DISPLAY", desktop.server.display()}});
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 15'000));
