@@ -109,8 +109,8 @@ class Machine:
         assert process.stdout.readline() == 'ready\n'
         process.stdout.close()
 
-    def control(self, server=SERVER):
-        controller = Controller(self, server)
+    def control(self, server=SERVER, search_path=None):
+        controller = Controller(self, server, search_path or self.environment['PATH'])
         self.controllers.append(controller)
         return controller
 
@@ -118,9 +118,9 @@ class Machine:
 class Controller:
     """stream_control on that machine. `state` is what it last said."""
 
-    def __init__(self, machine, server):
+    def __init__(self, machine, server, search_path):
         self.machine = machine
-        self.process = machine.start(CONTROL, server, THEME, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+        self.process = machine.start('env', 'PATH=' + search_path, CONTROL, server, THEME, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                      stderr=subprocess.STDOUT)
         self.buffer = b''
         self.said = []  # lines on the console, errors included, that are no answers
