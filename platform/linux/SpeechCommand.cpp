@@ -4,10 +4,10 @@
 #include <optional>
 #include <sstream>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include <unistd.h>
-
-#include "platform/ChildProcesses.h"
 
 namespace orvalen {
 
@@ -21,9 +21,11 @@ struct Command
 
 const std::vector<Command> &commands()
 {
+    // -w: a speech service that was started for us leaves in mid-sentence when its last client is gone. -m none: commas
+    // and colons are not read out. -b 1: UTF-8.
     static const std::vector<Command> list = {
-        {"spd-say", {"-N", "Orvalen", "-l", "en", "-m", "none", "--"}}, // -m: commas and colons are not read out
-        {"espeak-ng", {"-v", "en", "-b", "1", "--"}},                   // -b 1: UTF-8
+        {"spd-say", {"-w", "-N", "Orvalen", "-l", "en", "-m", "none", "--"}},
+        {"espeak-ng", {"-v", "en", "-b", "1", "--"}},
     };
     return list;
 }
@@ -44,13 +46,21 @@ std::optional<std::string> found(const std::string &name, const std::string &sea
 
 } // namespace
 
+SpeechCommand::SpeechCommand(ChildProcesses &processes, std::string searchPath)
+    : processes(processes), searchPath(std::move(searchPath))
+{
+}
+
 void SpeechCommand::speak(std::string_view text)
 {
     for (const auto &[name, options] : commands()) {
         if (const auto program = found(name, searchPath)) {
             auto arguments = options;
             arguments.emplace_back(text);
-            const auto voice = processes.launch(*program, arguments); // let go at once; it speaks on
+            const std::scoped_lock lock(mutex);
+            if (voice)
+                voice->terminate();
+            voice = processes.launch(*program, arguments);
             return;
         }
     }

@@ -60,7 +60,7 @@ TEST_F(SpeechCommandTest, theDesktopsSpeechServiceSpeaksEnglish)
 {
     install("second/spd-say");
     EXPECT_THAT(startedOn(searchPath),
-                ElementsAre("launch " + program("second/spd-say") + " -N Orvalen -l en -m none -- Hello."));
+                ElementsAre("launch " + program("second/spd-say") + " -w -N Orvalen -l en -m none -- Hello."));
 }
 
 TEST_F(SpeechCommandTest, withoutOneTheSynthesiserItself)
@@ -81,6 +81,23 @@ TEST_F(SpeechCommandTest, ofTwoTheOneThatIsFirstOnTheSearchPath)
     install("first/spd-say");
     install("second/spd-say");
     EXPECT_THAT(startedOn(searchPath), ElementsAre(::testing::HasSubstr("/first/spd-say ")));
+}
+
+TEST_F(SpeechCommandTest, whatIsStillBeingSaidGivesWay)
+{
+    install("first/spd-say");
+    SpeechCommand speech(processes, searchPath);
+    speech.speak("One.");
+    speech.speak("Two.");
+    EXPECT_THAT(diary.take(), ElementsAre(::testing::EndsWith(" One."), "terminate " + program("first/spd-say"),
+                                          ::testing::EndsWith(" Two.")));
+}
+
+TEST_F(SpeechCommandTest, whatIsBeingSaidIsSaidToItsEndWhenWeGo)
+{
+    install("first/spd-say");
+    startedOn(searchPath);
+    EXPECT_EQ(processes.running(program("first/spd-say")), 1);
 }
 
 TEST_F(SpeechCommandTest, withoutAnyItIsSilent)
@@ -125,7 +142,7 @@ mv "${0%/*}/new" "${0%/*}/heard"
         while (!fs::exists(heard)) // the test's own time limit ends a wait in vain
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         std::ifstream stream(heard);
-        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}), "8\n" + text);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}), "9\n" + text);
     }
 }
 

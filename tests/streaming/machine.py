@@ -109,8 +109,8 @@ class Machine:
         assert process.stdout.readline() == 'ready\n'
         process.stdout.close()
 
-    def control(self, server=SERVER):
-        controller = Controller(self, server)
+    def control(self, server=SERVER, search_path=None):
+        controller = Controller(self, server, search_path or self.environment['PATH'])
         self.controllers.append(controller)
         return controller
 
@@ -118,12 +118,12 @@ class Machine:
 class Controller:
     """stream_control on that machine. `state` is what it last said."""
 
-    def __init__(self, machine, server):
+    def __init__(self, machine, server, search_path):
         self.machine = machine
-        self.process = machine.start(CONTROL, server, THEME, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                     stderr=subprocess.PIPE)
+        self.process = machine.start('env', 'PATH=' + search_path, CONTROL, server, THEME, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                     stderr=subprocess.STDOUT)
         self.buffer = b''
-        self.said = []  # lines on the console that are no answers
+        self.said = []  # lines on the console, errors included, that are no answers
         self.state = self._answer()
 
     def ask(self, order):
@@ -145,11 +145,10 @@ class Controller:
         """Ends the controller as the program ends, and waits for that."""
         self.process.stdin.close()
         assert self.process.wait(PATIENCE) == 0
-        assert self.process.stderr.read() == b''
 
     def end(self):
-        for stream in (self.process.stdin, self.process.stdout, self.process.stderr):
-            stream.close()
+        self.process.stdin.close()
+        self.process.stdout.close()
         self.process.kill()
         self.process.wait()
 
