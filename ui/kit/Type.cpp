@@ -38,6 +38,16 @@ QFont Type::font(const QFont &surroundings) const
     return font;
 }
 
+QFont fontFor(const QString &text, const QFont &font)
+{
+    const auto isSign = [](QChar c) { return c.category() == QChar::Symbol_Other && c.unicode() < 0xFF00; };
+    if (std::none_of(text.begin(), text.end(), isSign))
+        return font;
+    auto withSigns = font;
+    withSigns.setFamilies(font.families() << QStringLiteral("Noto Color Emoji"));
+    return withSigns;
+}
+
 int lineHeight(const QFont &font)
 {
     return static_cast<int>(std::lround(1.35 * font.pixelSize()));
