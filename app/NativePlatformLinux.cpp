@@ -1,23 +1,31 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 
+#include <cstdlib>
 #include <filesystem>
+#include <system_error>
 
 #include "app/NativePlatform.h"
 #include "platform/linux/ClockBoottime.h"
 #include "platform/linux/FontsWarmUp.h"
 #include "platform/linux/GraphicsCopiesVulkan.h"
+#include "platform/linux/HostNameAvahi.h"
 #include "platform/linux/InputIdleTimeX11.h"
 #include "platform/linux/NotificationsDBus.h"
 #include "platform/linux/PowerSourcesSysfs.h"
 #include "platform/linux/ProcessorsAffinity.h"
 #include "platform/linux/SoundsCanberra.h"
+#include "platform/linux/SpeechCommand.h"
 #include "platform/linux/TemperatureSensorsSysfs.h"
 #include "platform/posix/BoundedPowerSources.h"
 #include "platform/posix/BoundedTemperatureSensors.h"
+#include "platform/posix/ChildProcessesPosix.h"
 #include "platform/posix/InputIdleTimeFirstAvailable.h"
+#include "platform/posix/NetworkInterfacesPosix.h"
+#include "platform/posix/TextFilesPosix.h"
 #include "platform/qt/ColorSchemePortal.h"
 #include "platform/qt/DispatchQt.h"
+#include "platform/qt/PasteboardQt.h"
 #include "platform/qt/SettingsStoreQt.h"
 #include "platform/qt/UrlOpenerQt.h"
 
@@ -25,11 +33,26 @@ namespace orvalen {
 
 namespace {
 
-/// The sound theme lies beside the program, in the build tree as where it is installed.
-std::filesystem::path soundTheme()
+/// What belongs to the program lies beside it, in the build tree as where it is installed.
+std::filesystem::path besideTheProgram(const char *name)
 {
     const std::filesystem::path programs(QCoreApplication::applicationDirPath().toStdString());
-    return programs.parent_path() / "share/sounds/orvalen";
+    return programs.parent_path() / name;
+}
+
+/// Without links and detours where it is there: it shows on a command line.
+std::string streamServer()
+{
+    const auto program = besideTheProgram("libexec/orvalen/orvalen-stream-server");
+    std::error_code missing;
+    const auto canonical = std::filesystem::canonical(program, missing);
+    return missing ? program.string() : canonical.string();
+}
+
+std::string searchPath()
+{
+    const char *path = std::getenv("PATH");
+    return path ? path : "";
 }
 
 /// Ways to learn the idle time, best first. Other kinds of session join here.
@@ -59,10 +82,17 @@ Platform nativePlatform(const QString &settingsName)
     platform.inputIdleTime = inputIdleTime();
     platform.graphicsCopies = std::make_unique<GraphicsCopiesVulkan>();
     platform.settings = std::make_unique<SettingsStoreQt>(SettingsStoreQt::userFile(settingsName));
-    platform.sounds = std::make_unique<SoundsCanberra>(soundTheme());
+    platform.sounds = std::make_unique<SoundsCanberra>(besideTheProgram("share/sounds/orvalen"));
     platform.notifications = std::make_unique<NotificationsDBus>(QStringLiteral(ORVALEN_APPLICATION_ID));
     platform.urls = std::make_unique<UrlOpenerQt>();
     platform.colorScheme = std::make_unique<ColorSchemePortal>();
+    platform.processes = std::make_unique<ChildProcessesPosix>();
+    platform.hostName = std::make_unique<HostNameAvahi>();
+    platform.interfaces = std::make_unique<NetworkInterfacesPosix>();
+    platform.pasteboard = std::make_unique<PasteboardQt>();
+    platform.speech = std::make_unique<SpeechCommand>(*platform.processes, searchPath());
+    platform.files = std::make_unique<TextFilesPosix>();
+    platform.streamServer = streamServer();
     return platform;
 }
 
