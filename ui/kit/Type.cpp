@@ -44,7 +44,8 @@ QFont fontFor(const QString &text, const QFont &font)
     if (std::none_of(text.begin(), text.end(), isSign))
         return font;
     auto withSigns = font;
-    withSigns.setFamilies(font.families() << QStringLiteral("Noto Color Emoji"));
+    // The family that the letters come from by its own name: a general one, such as "sans serif", would come second.
+    withSigns.setFamilies({QFontInfo(font).family(), QStringLiteral("Noto Color Emoji")});
     return withSigns;
 }
 
