@@ -14,6 +14,7 @@
 #include "platform/linux/NotificationsDBus.h"
 #include "platform/linux/PowerSourcesSysfs.h"
 #include "platform/linux/ProcessorsAffinity.h"
+#include "platform/linux/ScreenCaptureAccessLinux.h"
 #include "platform/linux/SoundsCanberra.h"
 #include "platform/linux/SpeechCommand.h"
 #include "platform/linux/TemperatureSensorsSysfs.h"
@@ -90,6 +91,7 @@ Platform nativePlatform(const QString &settingsName)
     platform.hostName = std::make_unique<HostNameAvahi>();
     platform.interfaces = std::make_unique<NetworkInterfacesPosix>();
     platform.pasteboard = std::make_unique<PasteboardQt>();
+    platform.captureAccess = std::make_unique<ScreenCaptureAccessLinux>();
     platform.speech = std::make_unique<SpeechCommand>(*platform.processes, searchPath());
     platform.files = std::make_unique<TextFilesPosix>();
     platform.streamServer = streamServer();

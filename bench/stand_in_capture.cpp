@@ -9,7 +9,9 @@
 //   ORVALEN_STAND_IN_LOG          a file that gets a line for every capture: display, start and end in nanoseconds
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -19,6 +21,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <vector>
 
 #include "bench/stream_stamp.h"
 
@@ -26,6 +29,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::system_clock;
+using orvalen::bench::StreamStamp;
 
 std::int64_t nanoseconds(Clock::time_point time)
 {
@@ -38,55 +42,83 @@ int number(const char *variable)
     return value ? std::atoi(value) : 0;
 }
 
-bool writeAll(int descriptor, std::string_view bytes)
+/// The frame as pieces of memory. It is put together by the kernel, in the file: what is copied here would be charged
+/// to the server that waits.
+using Pieces = std::vector<iovec>;
+
+iovec piece(std::string_view text)
 {
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
-        if (count < 0)
-            return false;
-        bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return true;
+    return {const_cast<char *>(text.data()), text.size()}; // only read; the interface is older than const
 }
 
-std::string contents(const char *path)
+bool writeAll(int descriptor, const Pieces &pieces)
+{
+    std::size_t size = 0;
+    for (const iovec &each : pieces)
+        size += each.iov_len;
+    return ::writev(descriptor, pieces.data(), static_cast<int>(pieces.size())) == static_cast<ssize_t>(size);
+}
+
+/// `count` groups of about the same size.
+std::vector<Pieces> divided(const Pieces &pieces, std::size_t count)
+{
+    std::size_t size = 0;
+    for (const iovec &each : pieces)
+        size += each.iov_len;
+    const std::size_t most = (size + count - 1) / count;
+    std::vector<Pieces> groups(1);
+    std::size_t room = most;
+    for (iovec rest : pieces) {
+        while (rest.iov_len > 0) {
+            if (room == 0) {
+                groups.emplace_back();
+                room = most;
+            }
+            const std::size_t length = std::min(room, rest.iov_len);
+            groups.back().push_back({rest.iov_base, length});
+            rest = {static_cast<char *>(rest.iov_base) + length, rest.iov_len - length};
+            room -= length;
+        }
+    }
+    return groups;
+}
+
+std::string_view mapped(const char *path)
 {
     struct stat status = {};
     const int descriptor = ::open(path, O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0 || ::fstat(descriptor, &status) != 0)
+    if (descriptor < 0 || ::fstat(descriptor, &status) != 0 || status.st_size == 0)
         return {};
-    std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
-    if (::read(descriptor, bytes.data(), bytes.size()) != status.st_size)
-        bytes.clear();
+    const auto size = static_cast<std::size_t>(status.st_size);
+    void *const bytes = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, descriptor, 0);
     ::close(descriptor);
-    return bytes;
+    return bytes == MAP_FAILED ? std::string_view() : std::string_view(static_cast<const char *>(bytes), size);
 }
 
-bool replaceWhole(const std::string &file, std::string_view frame)
+bool replaceWhole(const std::string &file, const Pieces &frame)
 {
     const std::string beside = file + "." + std::to_string(::getpid());
     const int descriptor = ::open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (descriptor < 0)
         return false;
-    const bool written = writeAll(descriptor, frame);
+    const bool isWritten = writeAll(descriptor, frame);
     ::close(descriptor);
-    return written && ::rename(beside.c_str(), file.c_str()) == 0;
+    return isWritten && ::rename(beside.c_str(), file.c_str()) == 0;
 }
 
-bool writeInPlace(const std::string &file, std::string_view frame, std::size_t pieces)
+bool writeInPlace(const std::string &file, const std::vector<Pieces> &groups)
 {
     const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     if (descriptor < 0)
         return false;
-    const std::size_t size = (frame.size() + pieces - 1) / pieces;
-    bool written = true;
-    for (std::size_t begin = 0; begin < frame.size() && written; begin += size) {
-        if (begin > 0)
+    bool isWritten = true;
+    for (const Pieces &group : groups) {
+        if (&group != &groups.front())
             std::this_thread::sleep_for(1ms);
-        written = writeAll(descriptor, frame.substr(begin, size));
+        isWritten = isWritten && writeAll(descriptor, group);
     }
     ::close(descriptor);
-    return written;
+    return isWritten;
 }
 
 void log(const char *path, std::string_view display, Clock::time_point start)
@@ -97,7 +129,7 @@ void log(const char *path, std::string_view display, Clock::time_point start)
                       static_cast<long long>(nanoseconds(start)), static_cast<long long>(nanoseconds(Clock::now())));
     const int descriptor = ::open(path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
     if (descriptor >= 0) {
-        (void)writeAll(descriptor, {line, std::min(static_cast<std::size_t>(length), sizeof line - 1)});
+        (void)writeAll(descriptor, {{line, static_cast<std::size_t>(length)}});
         ::close(descriptor);
     }
 }
@@ -116,16 +148,18 @@ int main(int argc, char **argv)
         return 64;
 
     std::this_thread::sleep_until(start + std::chrono::milliseconds(number("ORVALEN_STAND_IN_PICTURE_MS")));
-    const orvalen::bench::StreamStamp stamp{nanoseconds(Clock::now()), static_cast<std::uint32_t>(::getpid())};
-    const std::string jpeg = contents(prepared);
+    const StreamStamp stamp{nanoseconds(Clock::now()), static_cast<std::uint32_t>(::getpid())};
+    const std::string_view jpeg = mapped(prepared);
     if (jpeg.size() < 4)
         return 66;
     std::this_thread::sleep_until(start + std::chrono::milliseconds(number("ORVALEN_STAND_IN_MS")));
 
+    const std::string segment = stamp.segment();
+    const Pieces frame = {piece(StreamStamp::startOfImage), piece(segment), piece(jpeg.substr(2, jpeg.size() - 4)),
+                          piece(segment), piece(StreamStamp::endOfImage)};
     const std::string file = argv[argc - 1];
-    const int pieces = number("ORVALEN_STAND_IN_PIECES");
-    const std::string frame = stamp.on(jpeg);
-    if (!(pieces > 0 ? writeInPlace(file, frame, static_cast<std::size_t>(pieces)) : replaceWhole(file, frame)))
+    const auto count = static_cast<std::size_t>(number("ORVALEN_STAND_IN_PIECES"));
+    if (!(count > 0 ? writeInPlace(file, divided(frame, count)) : replaceWhole(file, frame)))
         return 73;
     if (const char *path = std::getenv("ORVALEN_STAND_IN_LOG"))
         log(path, display, start);

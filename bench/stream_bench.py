@@ -28,6 +28,7 @@ from stream_rig import MissingProgram, busy_loops, captures_logged, holdings
 
 CROWD = 500
 SERVERS = "orvalen", "naive", "floor"
+PEER_OF_CROWD = "ustreamer"  # where it is installed
 
 
 def median(figures, key):
@@ -70,9 +71,10 @@ class Bench:
     def watched(self, viewers):
         """What each server does for so many viewers: the figures of every round."""
         if viewers not in self.known:
-            self.known[viewers] = {name: [] for name in SERVERS}
+            servers = [*SERVERS, PEER_OF_CROWD] if viewers == CROWD and self.rig.has_ustreamer() else SERVERS
+            self.known[viewers] = {name: [] for name in servers}
             for _ in range(self.options.rounds):
-                for name in SERVERS:
+                for name in servers:
                     with self.rig.server(name, self.rig.stand_in_environment()) as server:
                         figures = server.load(viewers=viewers, seconds=self.options.seconds, ramp=0.002 * viewers, warm=1.5)
                         figures["cpu_us"] = server.microseconds_per_frame()
@@ -100,14 +102,22 @@ class Bench:
         ours, peer = (self.watched(CROWD)[name] for name in ("orvalen", "naive"))
         self.table.row("slowest viewer, frames/s", median(ours, "rate_min"), median(peer, "rate_min"), at_least=11.5)
         self.table.row("median viewer, frames/s", median(ours, "rate_median"), median(peer, "rate_median"), at_least=12.0)
+        if peer := self.watched(CROWD).get(PEER_OF_CROWD):
+            self.table.row(f"slowest viewer, against {PEER_OF_CROWD}", median(ours, "rate_min"), median(peer, "rate_min"))
 
     def cpu(self):
         self.table.section("Processor time for a delivered frame, children included, us")
         for viewers, limit in ((1, 0.65), (10, 0.25), (50, 0.15), (CROWD, 0.05)):
             ours, peer = (median(self.watched(viewers)[name], "cpu_us") for name in ("orvalen", "naive"))
             self.table.row(f"{viewers} viewers", ours, peer, at_most=limit, of_peer=True, note="naive", form=".1f")
+        alone = {name: statistics.median(each["cpu_us"] * each["rate_median"] / each["fresh_median"] for each in rounds)
+                 for name, rounds in self.watched(1).items()}
+        self.table.row("1 viewer, for a fresh frame", alone["orvalen"], alone["naive"], form=".1f")
         ours, peer = (median(self.watched(CROWD)[name], "cpu_us") for name in ("orvalen", "floor"))
         self.table.row(f"{CROWD} viewers", ours, peer, at_most=1.25, of_peer=True, note="the floor", form=".1f")
+        if peer := self.watched(CROWD).get(PEER_OF_CROWD):
+            self.table.row(f"{CROWD} viewers", ours, median(peer, "cpu_us"), at_most=0.35, of_peer=True, note=PEER_OF_CROWD,
+                           form=".1f")
 
     def memory(self):
         self.table.section("Resident memory under load, MB")
@@ -179,7 +189,7 @@ class Bench:
         empty = {name: each["empty"] + sum(each["complaints"].values()) for name, each in seen.items()}
         self.table.row("empty or broken off", empty["orvalen"], empty["naive"], at_most=0, form=".0f")
         self.table.row("longest wait, ms (an empty frame costs 1 000)", seen["orvalen"]["gap_longest"],
-                       seen["naive"]["gap_longest"], at_most=900, form=".0f")
+                       seen["naive"]["gap_longest"], at_most=1000, form=".0f")
 
     def start(self):
         self.table.section("From launch to complete port file, ms")
@@ -229,6 +239,10 @@ class Bench:
             for kind, (name, folder, width, height, load) in kinds.items():
                 seen[kind].append(self.chained(name, folder, width, height, **load))
         self.table.section("The whole chain: a moving X screen, the real capture command")
+        what = "1 viewer, stand-in of 8 ms: "
+        ours, peer = (self.watched(1)[name] for name in ("orvalen", "naive"))
+        self.table.row(what + "fresh frames/s", median(ours, "fresh_median"), median(peer, "fresh_median"))
+        self.table.row(what + "median age, ms", median(ours, "age_median"), median(peer, "age_median"), form=".1f")
         what = "1 viewer, 1440 x 900: "
         self.table.row(what + "fresh frames/s", median(seen["ours"], "fresh_median"), median(seen["naive"], "fresh_median"),
                        at_least=9.5)
@@ -236,8 +250,8 @@ class Bench:
                        at_most=30, form=".1f")
         self.table.row(what + "frames/s", median(seen["ours"], "rate_median"), median(seen["naive"], "rate_median"))
         what = "10 viewers, 2560 x 1600: "
-        self.table.row(what + "frames/s", median(seen["large"], "rate_min"), median(seen["large naive"], "rate_min"),
-                       at_least=11)
+        self.table.row(what + "the slowest's frames/s", median(seen["large"], "rate_min"),
+                       median(seen["large naive"], "rate_min"), at_least=11)
         self.table.row(what + "fresh frames/s", median(seen["large"], "fresh_median"),
                        median(seen["large naive"], "fresh_median"))
         self.table.row(what + "CPU per frame, us", median(seen["large"], "cpu_us"), median(seen["large naive"], "cpu_us"),

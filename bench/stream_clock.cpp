@@ -25,8 +25,8 @@ struct Errors
 /// may live in here: errors jump over it.
 bool decode(std::string_view jpeg, JSAMPLE *line, unsigned capacity)
 {
-    jpeg_decompress_struct decoder;
-    Errors errors;
+    jpeg_decompress_struct decoder = {};
+    Errors errors = {};
     decoder.err = jpeg_std_error(&errors.manager);
     errors.manager.error_exit = giveUp;
     errors.manager.output_message = [](j_common_ptr) {};

@@ -83,7 +83,7 @@ bool sendAll(int connection, std::string_view bytes)
 
 void serve(int connection, Parts &parts)
 {
-    std::array<char, 2048> request;
+    std::array<char, 2048> request{};
     bool alive = ::recv(connection, request.data(), request.size(), 0) > 0 && sendAll(connection, answer);
     while (alive) {
         alive = sendAll(connection, *parts.newest());

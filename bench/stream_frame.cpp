@@ -38,8 +38,8 @@ Picture noisy(unsigned width, unsigned height, int amplitude)
 
 std::string compressed(Picture picture, int quality)
 {
-    jpeg_error_mgr errors;
-    jpeg_compress_struct encoder;
+    jpeg_error_mgr errors = {};
+    jpeg_compress_struct encoder = {};
     encoder.err = jpeg_std_error(&errors);
     jpeg_create_compress(&encoder);
     unsigned char *bytes = nullptr;

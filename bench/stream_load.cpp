@@ -2,99 +2,41 @@
 //
 // All on one thread; frames are thrown away in the kernel (StreamViewer). Prints one line of JSON.
 //
-//   port, path            where; "%d" in the path stands for the display                  (8999, /stream.mjpg?d=%d)
-//   displays              viewer i looks at display 1 + i mod that                        (1)
-//   viewers, seconds      how many look, and for how long they are counted                (1, 5)
-//   ramp, warm            seconds over which they connect, and until counting starts      (0, 1)
-//   slow-N                N: bytes a second; that many viewers more, who read no faster   (0; may be repeated)
-//   stall, stall-after    that many of the viewers stop reading so many seconds after the ramp; they are not counted
-//   (0, 0) drops, drop-rate      connections that drop at their first frame, in all and a second (0, 50) dialect ours:
-//   parts are checked to the byte; any: of other servers      (ours) freshness             stamps: those of the
-//   stand-in; clock: the painter's             (stamps) pid                   a process to charge; may be repeated
+//   port, path           where; "%d" in the path stands for the display               (8999, /stream.mjpg?d=%d)
+//   displays             viewer i looks at display 1 + i mod that                     (1)
+//   viewers, seconds     how many look, and for how long they are counted             (1, 5)
+//   ramp, warm           seconds over which they connect, and until counting starts   (0, 1)
+//   slow-N               that many viewers more, who read at most N bytes a second    (0; may be repeated)
+//   stall, stall-after   that many viewers stop reading so many seconds after the
+//                        ramp; what they see is not counted                           (0, 0)
+//   drops, drop-rate     connections that end at their first frame: how many in all,
+//                        and how many a second                                        (0, 50)
+//   dialect              ours: parts are checked to the byte; any: of other servers   (ours)
+//   freshness            stamps: those of the stand-in; clock: the painter's          (stamps)
+//   pid                  a process to charge                                          (may be repeated)
 #include <sys/epoll.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "bench/stream_options.h"
 #include "bench/stream_processes.h"
 #include "bench/stream_viewer.h"
 
 namespace {
 
 using namespace std::chrono_literals;
+using orvalen::bench::StreamOptions;
 using orvalen::bench::StreamProcesses;
 using orvalen::bench::StreamViewer;
 using Clock = StreamViewer::Clock;
 using Seconds = std::chrono::duration<double>;
-
-struct Options
-{
-    StreamViewer::Request request{.port = 8999, .path = "/stream.mjpg?d=%d"};
-    int displays = 1;
-    int viewers = 1;
-    double seconds = 5;
-    double ramp = 0;
-    double warm = 1;
-    std::map<double, int> slow; ///< Viewers by bytes a second.
-    int stalled = 0;
-    double stallAfter = 0;
-    int drops = 0;
-    double dropRate = 50;
-    std::vector<pid_t> pids;
-};
-
-[[noreturn]] void misused(const std::string &word)
-{
-    std::fprintf(stderr, "stream_load: what is %s?\n", word.c_str());
-    std::exit(64);
-}
-
-Options read(int argc, char **argv)
-{
-    Options options;
-    const std::map<std::string, std::function<void(const char *)>> words = {
-        {"--port", [&](auto value) { options.request.port = std::atoi(value); }},
-        {"--path", [&](auto value) { options.request.path = value; }},
-        {"--displays", [&](auto value) { options.displays = std::max(1, std::atoi(value)); }},
-        {"--viewers", [&](auto value) { options.viewers = std::atoi(value); }},
-        {"--seconds", [&](auto value) { options.seconds = std::atof(value); }},
-        {"--ramp", [&](auto value) { options.ramp = std::atof(value); }},
-        {"--warm", [&](auto value) { options.warm = std::atof(value); }},
-        {"--stall", [&](auto value) { options.stalled = std::atoi(value); }},
-        {"--stall-after", [&](auto value) { options.stallAfter = std::atof(value); }},
-        {"--drops", [&](auto value) { options.drops = std::atoi(value); }},
-        {"--drop-rate", [&](auto value) { options.dropRate = std::atof(value); }},
-        {"--dialect", [&](auto value) { options.request.isStrict = std::string_view(value) == "ours"; }},
-        {"--freshness",
-         [&](auto value) {
-             options.request.freshness =
-                 std::string_view(value) == "clock" ? StreamViewer::Freshness::clock : StreamViewer::Freshness::stamps;
-         }},
-        {"--pid", [&](auto value) { options.pids.push_back(std::atoi(value)); }},
-    };
-    for (int i = 1; i < argc; i += 2) {
-        const std::string word = argv[i];
-        const auto known = words.find(word);
-        if (i + 1 == argc)
-            misused(word);
-        else if (word.starts_with("--slow-"))
-            options.slow[std::atof(word.c_str() + 7)] += std::atoi(argv[i + 1]);
-        else if (known != words.end())
-            known->second(argv[i + 1]);
-        else
-            misused(word);
-    }
-    return options;
-}
 
 double processorSeconds()
 {
@@ -131,7 +73,7 @@ struct Place
 class Load
 {
 public:
-    explicit Load(Options wanted) : options(std::move(wanted)), poll(::epoll_create1(EPOLL_CLOEXEC))
+    explicit Load(StreamOptions wanted) : options(std::move(wanted)), poll(::epoll_create1(EPOLL_CLOEXEC))
     {
         for (int i = 0; i < options.viewers; ++i) {
             add().display = 1 + i % options.displays;
@@ -159,7 +101,7 @@ public:
                 stall();
             replaceDropped(now);
             feedSlowOnes(now);
-            wait(std::min(nextPause(now), Seconds(countTo - now)));
+            wait(std::min(longestPause(), Seconds(countTo - now)));
         }
         counted = Clock::now() - countedFrom;
     }
@@ -253,7 +195,7 @@ private:
         }
     }
 
-    [[nodiscard]] Seconds nextPause(Clock::time_point) const
+    [[nodiscard]] Seconds longestPause() const
     {
         const bool hasRhythm = !options.slow.empty() || options.drops > 0 || connected < places.size();
         return hasRhythm ? 2ms : 50ms;
@@ -299,7 +241,7 @@ private:
             ++dropComplaints;
     }
 
-    Options options;
+    StreamOptions options;
     int poll;
     std::vector<std::unique_ptr<Place>> places;
     std::unique_ptr<Place> dropper;
@@ -418,7 +360,7 @@ int main(int argc, char **argv)
     files.rlim_cur = files.rlim_max;
     ::setrlimit(RLIMIT_NOFILE, &files);
 
-    Load load(read(argc, argv));
+    Load load(StreamOptions::read(argc, argv));
     load.run();
     load.print();
     return 0;

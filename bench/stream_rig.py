@@ -19,7 +19,8 @@ PORT_FILE = Path("/tmp/orvalen_port.txt")
 PORTS = {b"8999", b"9000", b"9001", b"8088"}
 FRAME = Path("/tmp/frame.jpg")
 CAPTURE_LOG = Path("/tmp/captures.log")
-FLOOR_PORT = 9101
+FIXED_PORTS = {"floor": 9101, "ustreamer": 9105}
+CAMERA = Path("/tmp/camera")
 
 
 class MissingProgram(Exception):
@@ -58,12 +59,20 @@ class Rig:
             return [self.program("libexec/orvalen/orvalen-stream-server"), "/tmp/orvalen_web_stream.py"]
         if name == "naive":
             return ["/usr/bin/python3", ROOT / "bench/naive_stream_server.py"]
-        return [self.program("bench/stream_floor"), str(FLOOR_PORT), FRAME]
+        port = str(FIXED_PORTS[name])
+        if name == "floor":
+            return [self.program("bench/stream_floor"), port, FRAME]
+        return ["ustreamer", "--device", CAMERA, "--format", "MJPEG", "--encoder", "HW", "--resolution", "1440x900",
+                "--desired-fps", "12", "--host", "127.0.0.1", "--port", port, "--tcp-nodelay"]
+
+    def has_ustreamer(self):
+        return bool(shutil.which("ustreamer")) and (self.build / "bench/stream_camera.so").exists()
 
     def stand_in_environment(self, milliseconds=8, picture=0, pieces=0):
         return {"PATH": f"{self.stand_in}:{os.environ['PATH']}", "ORVALEN_STAND_IN_FRAME": str(FRAME),
                 "ORVALEN_STAND_IN_MS": str(milliseconds), "ORVALEN_STAND_IN_PICTURE_MS": str(picture),
-                "ORVALEN_STAND_IN_PIECES": str(pieces), "ORVALEN_STAND_IN_LOG": str(CAPTURE_LOG)}
+                "ORVALEN_STAND_IN_PIECES": str(pieces), "ORVALEN_STAND_IN_LOG": str(CAPTURE_LOG),
+                "ORVALEN_CAMERA": str(CAMERA)}
 
     @contextmanager
     def server(self, name, environment):
@@ -138,6 +147,9 @@ class Server:
         self.rig, self.name = rig, name
         PORT_FILE.unlink(missing_ok=True)
         CAPTURE_LOG.unlink(missing_ok=True)
+        if name == "ustreamer":
+            CAMERA.touch()
+            environment = dict(environment, LD_PRELOAD=str(rig.program("bench/stream_camera.so")))
         self.process = subprocess.Popen(rig.command(name), env=environment, stdout=subprocess.DEVNULL,
                                         stderr=subprocess.DEVNULL, cwd="/")
         self.pid = self.process.pid
@@ -149,10 +161,10 @@ class Server:
     def wait_for_port(self):
         deadline = time.monotonic() + 10
         while time.monotonic() < deadline and self.process.poll() is None:
-            if self.name == "floor":
+            if port := FIXED_PORTS.get(self.name):
                 with socket.socket() as probe:
-                    if probe.connect_ex(("127.0.0.1", FLOOR_PORT)) == 0:
-                        return FLOOR_PORT
+                    if probe.connect_ex(("127.0.0.1", port)) == 0:
+                        return port
             elif PORT_FILE.exists() and PORT_FILE.read_bytes() in PORTS:
                 return int(PORT_FILE.read_text())
             time.sleep(0.005)
@@ -160,7 +172,9 @@ class Server:
 
     def begin_load(self, **options):
         words = [str(self.rig.program("bench/stream_load")), "--port", str(self.port), "--pid", str(self.pid),
-                 "--dialect", "any" if self.name == "floor" else "ours"]
+                 "--dialect", "any" if self.name in FIXED_PORTS else "ours"]
+        if self.name == "ustreamer":
+            words += ["--path", "/stream"]
         for option, value in options.items():
             words += ["--" + option.replace("_", "-"), str(value)]
         return subprocess.Popen(words, stdout=subprocess.PIPE, text=True)

@@ -1,55 +1,27 @@
 #include "platform/linux/InputIdleTimeX11.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <poll.h>
 #include <string_view>
-#include <xcb/randr.h>
 #include <xcb/screensaver.h>
 #include <xcb/xcb.h>
 #include <xcb/xcbext.h>
+
+#include "platform/linux/X11Session.h"
 
 namespace orvalen {
 
 namespace {
 
+using x11::Reply;
+
 constexpr std::chrono::milliseconds patience{500};
-
-template <typename T>
-struct Freed
-{
-    void operator()(T *memory) const { std::free(memory); }
-};
-
-template <typename T>
-using Reply = std::unique_ptr<T, Freed<T>>;
 
 bool has(xcb_connection_t *xcb, std::string_view extension)
 {
     const auto cookie = xcb_query_extension(xcb, static_cast<std::uint16_t>(extension.size()), extension.data());
     const Reply<xcb_query_extension_reply_t> reply(xcb_query_extension_reply(xcb, cookie, nullptr));
     return reply && reply->present;
-}
-
-bool hasOutputNamedAsGuest(xcb_connection_t *xcb, xcb_window_t root)
-{
-    if (!has(xcb, "RANDR"))
-        return false;
-    const Reply<xcb_randr_get_screen_resources_current_reply_t> resources(
-        xcb_randr_get_screen_resources_current_reply(xcb, xcb_randr_get_screen_resources_current(xcb, root), nullptr));
-    if (!resources)
-        return false;
-    const auto *const outputs = xcb_randr_get_screen_resources_current_outputs(resources.get());
-    const auto count = xcb_randr_get_screen_resources_current_outputs_length(resources.get());
-    return std::any_of(outputs, outputs + count, [&](xcb_randr_output_t output) {
-        const Reply<xcb_randr_get_output_info_reply_t> info(xcb_randr_get_output_info_reply(
-            xcb, xcb_randr_get_output_info(xcb, output, resources->config_timestamp), nullptr));
-        if (!info)
-            return false;
-        const auto *const name = reinterpret_cast<const char *>(xcb_randr_get_output_info_name(info.get()));
-        const auto length = xcb_randr_get_output_info_name_length(info.get());
-        return std::string_view(name, static_cast<std::size_t>(length)).starts_with("XWAYLAND");
-    });
 }
 
 } // namespace
@@ -90,7 +62,7 @@ InputIdleTimeX11::Connection::Connection(const std::string &display)
     if (screens.rem == 0)
         return;
     root = screens.data->root;
-    tellsIdleTime = has(xcb, "MIT-SCREEN-SAVER") && !has(xcb, "XWAYLAND") && !hasOutputNamedAsGuest(xcb, root);
+    tellsIdleTime = has(xcb, "MIT-SCREEN-SAVER") && !x11::isGuest(xcb, root);
 }
 
 InputIdleTimeX11::Connection::State InputIdleTimeX11::Connection::take(unsigned int question, IdleReply &reply)

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -26,8 +27,11 @@ namespace private_file {
 [[nodiscard]] int write(const std::filesystem::path &path, std::string_view contents);
 
 /// Puts a new file in the place of what this user has there (a link is replaced, not followed), as a whole or not at
-/// all. `mode`: its permissions.
+/// all: who is killed amid it leaves nothing behind that another call does not clear away, on file systems that know
+/// files without a name. `mode`: its permissions. The contents may come in pieces, one after the other.
 [[nodiscard]] int replace(const std::filesystem::path &path, std::string_view contents, unsigned mode = 0600);
+[[nodiscard]] int replace(const std::filesystem::path &path, std::span<const std::string_view> pieces,
+                          unsigned mode = 0600);
 
 /// Removes what this user has there; a link itself, not what it leads to.
 [[nodiscard]] int remove(const std::filesystem::path &path);

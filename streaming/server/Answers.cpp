@@ -128,9 +128,9 @@ ShortText statusObject(WallTime now)
     return text;
 }
 
-ShortText partLength(std::size_t frameBytes)
+ShortText partHead(std::size_t frameBytes)
 {
-    ShortText text("Content-Length: ");
+    ShortText text("--FRAME\r\nContent-Type: image/jpeg\r\nContent-Length: ");
     text << frameBytes << lineEnd << lineEnd;
     return text;
 }

@@ -44,11 +44,8 @@ using WallTime = std::chrono::time_point<std::chrono::system_clock, std::chrono:
 /// {"status": "online", "time": 1763733600.123456}
 [[nodiscard]] ShortText statusObject(WallTime now);
 
-/// What stands before each frame of a stream is cut in two, so that the first half can follow the frame before at once:
-/// browsers show a frame only when they see the next one begin.
-inline constexpr std::string_view partBegin = "--FRAME\r\nContent-Type: image/jpeg\r\n";
-/// The rest of a part's head, up to the first byte of the frame.
-[[nodiscard]] ShortText partLength(std::size_t frameBytes);
+/// What stands before each frame of a stream, and what behind it.
+[[nodiscard]] ShortText partHead(std::size_t frameBytes);
 inline constexpr std::string_view partEnd = "\r\n";
 
 } // namespace orvalen

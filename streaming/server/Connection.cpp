@@ -77,9 +77,8 @@ void Connection::stream(std::int64_t display)
     auto viewer = frames.watch(display);
     peer.expectFrames();
     peer.giveUp(); // a stream only ends when nobody reads it any more
-    bool isFirst = true;
     while (peer.waitUntilTaken()) {
-        const Sent sent = sendNext(viewer, isFirst);
+        const Sent sent = sendNext(viewer);
         if (sent == Sent::broken)
             return;
         if (sent == Sent::nothing) {
@@ -88,20 +87,18 @@ void Connection::stream(std::int64_t display)
                 return;
             continue;
         }
-        isFirst = false;
         if (!peer.rest(contract::framePause))
             return;
     }
 }
 
-Connection::Sent Connection::sendNext(DisplayFrames::Viewer &viewer, bool isFirst)
+Connection::Sent Connection::sendNext(DisplayFrames::Viewer &viewer)
 {
     const Frame frame = viewer.nextFrame(); // held no longer than it is sent
     if (frame.isEmpty())
         return Sent::nothing;
-    const auto length = partLength(frame.bytes().size());
-    std::array pieces = {piece(isFirst ? partBegin : std::string_view()), piece(length), piece(frame.bytes()),
-                         piece(partEnd), piece(partBegin)};
+    const auto head = partHead(frame.bytes().size());
+    std::array pieces = {piece(head), piece(frame.bytes()), piece(partEnd)};
     return peer.send(pieces) ? Sent::frame : Sent::broken;
 }
 

@@ -35,7 +35,7 @@ private:
         nothing,
         broken
     };
-    Sent sendNext(DisplayFrames::Viewer &viewer, bool isFirst);
+    Sent sendNext(DisplayFrames::Viewer &viewer);
 
     Peer peer;
     DisplayFrames &frames;

@@ -7,7 +7,7 @@
 namespace orvalen {
 
 /// The bytes of one JPEG. Copies share them; nobody changes them. They lie in pages of their own, which go back to the
-/// system with the last copy. Any thread.
+/// system with the last copy; those of one frame are kept for the next. Any thread.
 class Frame
 {
 public:
@@ -36,6 +36,7 @@ private:
 
     explicit Frame(Block *block) : block(block) {}
     static Block *allocate(std::size_t capacity) noexcept;
+    static void release(Block *block) noexcept;
 
     Block *block = nullptr;
 };

@@ -25,8 +25,8 @@ class HeadParser : public http::basic_parser<true>
 public:
     HeadParser()
     {
-        header_limit(static_cast<std::uint32_t>(limits::requestHeadBytes));
-        body_limit(boost::none); // bodies are never read, so they may claim any length
+        header_limit(static_cast<std::uint32_t>(limits::requestHeadBytes)); // of the first line, and of the fields
+        body_limit(std::numeric_limits<std::uint64_t>::max()); // bodies are never read: they may claim any length
     }
 
     std::string_view method;
@@ -75,6 +75,7 @@ std::string_view withoutHost(std::string_view target)
 
 std::variant<RequestHead, NoRequest> parseRequestHead(std::string_view bytes)
 {
+    bytes = bytes.substr(0, limits::requestHeadBytes);
     HeadParser parser;
     boost::beast::error_code error;
     parser.put(boost::asio::const_buffer(bytes.data(), bytes.size()), error);

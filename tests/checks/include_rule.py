@@ -34,12 +34,15 @@ ROOMS = {
     'system': Room({'core', 'streaming', 'platform'}, RULES),
     # Programs of their own, without Qt.
     'streaming/server': Room({'platform/posix'}, {'standard', 'posix', 'boost', 'jpeg'}),
-    'streaming/screencapture': Room({'platform/posix'}, {'standard', 'posix', 'jpeg', 'linux'}),
+    'streaming/screencapture': Room({'platform/posix', 'platform/linux/X11Session'},
+                                    {'standard', 'posix', 'jpeg', 'linux'}),
     'platform': Room(set(), {'standard'}),
     'platform/posix': Room({'platform'}, {'standard', 'posix'}),
     'platform/qt': Room({'platform', 'platform/posix'}, {'standard', 'posix', 'qt'}),
     'platform/simulated': Room({'platform', 'platform/posix', 'platform/qt'}, {'standard', 'posix', 'qt'}),
-    'platform/linux': Room({'platform', 'platform/posix', 'platform/qt'},
+    # What an X server says of its session, for the adapters and for the capture command.
+    'platform/linux/X11Session': Room(set(), {'standard', 'linux'}),
+    'platform/linux': Room({'platform', 'platform/posix', 'platform/qt', 'platform/linux/X11Session'},
                            {'standard', 'posix', 'qt', 'linux', 'small'}),
     'platform/macos': Room({'platform', 'platform/posix', 'platform/qt'},
                            {'standard', 'posix', 'qt', 'macos', 'small'}),

@@ -37,12 +37,20 @@ def names():
     return [[control.get_role_name(), control.get_name(), text_of(control)] for control in everything()]
 
 
-def press(name):
+def press(name, about):
     for control in everything():
         action = control.get_action_iface()
-        if control.get_name() == name and action and Atspi.Action.get_n_actions(action) > 0:
+        if control.get_name() == name and action and Atspi.Action.get_n_actions(action) > 0 and \
+                about in (None, control.get_description()):
             return Atspi.Action.do_action(action, 0)
     return False
+
+
+def description(name):
+    for control in everything():
+        if control.get_name() == name:
+            return control.get_description()
+    return None
 
 
 def checked(name):
@@ -56,7 +64,8 @@ for line in sys.stdin:
     question = json.loads(line)
     verb, name = question['verb'], question.get('name')
     try:
-        answer = {'answer': names() if verb == 'names' else press(name) if verb == 'press' else checked(name)}
+        answer = {'answer': {'names': names, 'press': lambda: press(name, question.get('about')),
+                             'checked': lambda: checked(name), 'description': lambda: description(name)}[verb]()}
     except GLib.Error:  # a control vanished while we looked: look again
-        answer = {'answer': {'names': [], 'press': False, 'checked': None}[verb]}
+        answer = {'answer': {'names': [], 'press': False, 'checked': None, 'description': None}[verb]}
     print(json.dumps(answer), flush=True)

@@ -66,6 +66,13 @@ def processes_with(mark):
     return found
 
 
+def comm(pid):
+    try:
+        return Path('/proc/%d/comm' % pid).read_text().strip()
+    except OSError:
+        return None
+
+
 def state(pid):
     """The letter of /proc: R, S, Z, ... 'Z' also for a process that is gone."""
     try:
@@ -103,10 +110,12 @@ class Desktop:
         shutil.rmtree(self.folder, ignore_errors=True)
 
     def _build(self):
+        (self.folder / 'commands').mkdir()
         keep = ('PATH', 'LANG', 'LC_ALL', 'USER', 'LOGNAME', 'TZ')
         self.environment = {name: os.environ[name] for name in keep if name in os.environ}
         self.environment.update({
             MARK: str(self.folder),
+            'PATH': '%s:%s' % (self.folder / 'commands', os.environ['PATH']),
             'HOME': str(self.folder / 'home'),
             'XDG_RUNTIME_DIR': str(self.folder / 'runtime'),
             'DBUS_SYSTEM_BUS_ADDRESS': 'unix:path=%s' % (self.folder / 'no-system-bus'),
@@ -174,6 +183,23 @@ class Desktop:
     def written(self):
         """All that the program has written to standard output and standard error."""
         return (self.folder / 'stdout').read_text() + (self.folder / 'stderr').read_text()
+
+    def replace_command(self, name, script):
+        """From now on `name` is that shell script for whatever starts in this desktop."""
+        file = self.folder / 'commands' / name
+        file.write_text('#!/bin/sh\n' + script)
+        file.chmod(0o755)
+
+    def screenshot(self, name):
+        """A picture of the whole screen: its path."""
+        file = self.folder / name
+        self.output(['import', '-silent', '-window', 'root', str(file)])
+        return file
+
+    def living(self, name):
+        """Ids of the running processes of that name in this desktop; the system keeps the first 15 letters of one."""
+        mark = ('%s=%s' % (MARK, self.folder)).encode()
+        return [pid for pid in processes_with(mark) if comm(pid) == name[:15]]
 
     def output(self, command):
         return subprocess.run(command, env=self.environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
@@ -254,9 +280,17 @@ class Controls(Child):
     def wait(self, name, seconds=10):
         wait_for(lambda: self.shows(name), seconds, '"%s" on the screen, but: %s' % (name, Later(self.names)))
 
-    def press(self, name):
-        """Presses the button, switch or tab of that name."""
-        wait_for(lambda: self.ask(verb='press', name=name), what='a control "%s" to press' % name)
+    def press(self, name, about=None):
+        """Presses the button, switch or tab of that name; of several the one with that description."""
+        wait_for(lambda: self.ask(verb='press', name=name, about=about), what='a control "%s" to press' % name)
+
+    def description(self, name):
+        """What a screen reader says of that control after its name; None if there is no such control."""
+        return self.ask(verb='description', name=name)
+
+    def text(self, name):
+        """What the field of that name holds; None if there is none."""
+        return next((text for _, shown, text in self.names() if shown == name and text), None)
 
     def is_checked(self, name):
         """Whether the switch of that name is on; None if there is no such switch."""

@@ -3,13 +3,19 @@ import os
 import re
 import select
 import signal
+import socket
 import subprocess
+from pathlib import Path
 
 import pytest
 
-from privatedesktop import MARK, ROOT, processes_with, wait_for
+import private_machine
+from privatedesktop import MARK, ROOT, Later, comm, processes_with, wait_for
+from test_stream import Viewer, answers, difference, identify
 
 PICTURE = re.compile(r'Picture of the screen, .*: (/.*\.png)$', re.MULTILINE)
+ADDRESS = re.compile(r'^The screen, live: open http://(\S+):(\d+) (on a phone in the same network|in a browser on this machine)\.$',
+                     re.MULTILINE)
 
 
 class Run:
@@ -42,13 +48,14 @@ class Run:
 
         return wait_for(printed, 300, 'the path of the picture').group(1)
 
+    def address(self):
+        """Host and port at which it says that the desktop is streamed."""
+        self.picture()
+        match = wait_for(lambda: ADDRESS.search(self.read()), 5, Later(lambda: 'an address in: ' + self.text))
+        return match.group(1), int(match.group(2))
+
     def living(self):
         return processes_with(self.mark)
-
-
-def named(pid):
-    with open('/proc/%d/comm' % pid) as file:
-        return file.read().strip()
 
 
 @pytest.fixture
@@ -83,7 +90,7 @@ def test_the_picture_shows_something_and_is_renewed(run):
 @pytest.mark.parametrize('number, status', [(signal.SIGTERM, 143), (signal.SIGINT, 130)])
 def test_a_signal_ends_all_that_it_started(run, number, status):
     run.picture()
-    assert {'Xvfb', 'openbox', 'dbus-daemon', 'dunst'} <= {named(pid) for pid in run.living()}
+    assert {'Xvfb', 'openbox', 'dbus-daemon', 'dunst', 'orvalen-stream-'} <= {comm(pid) for pid in run.living()}
     run.process.send_signal(number)
     assert run.process.wait(30) == status
     assert run.living() == []
@@ -98,7 +105,7 @@ def test_control_c_in_a_terminal_ends_all_that_it_started(run):
 
 def test_the_end_of_the_program_ends_the_rest(run):
     run.picture()
-    programs = [pid for pid in run.living() if named(pid).startswith('orvalen')]
+    programs = [pid for pid in run.living() if comm(pid) in ('orvalen', 'orvalen-simulat')]
     assert len(programs) == 1
     os.kill(programs[0], signal.SIGTERM)
     assert run.process.wait(30) == 0
@@ -121,3 +128,41 @@ def test_a_second_start_at_the_same_time_gets_a_desktop_of_its_own(run, tmp_path
         assert other.process.wait(30) == 143
     assert other.living() == []
     assert run.process.poll() is None
+
+
+@private_machine.needed
+def test_the_desktop_is_streamed_at_the_address_that_it_prints(run, network, tmp_path):
+    host, port = run.address()
+    assert (host, port) == (network or 'localhost', 8999)
+    viewer = Viewer(port, host)
+    frame = viewer.newest_frame(tmp_path / 'frame.jpg')
+    assert identify(frame, '%m %w %h') == 'JPEG 1280 800'
+    wait_for(lambda: difference(viewer.newest_frame(frame), run.picture()) < 0.02, 10, 'the desktop in the stream')
+    viewer.close()
+    run.process.terminate()
+    run.process.wait(30)
+    assert not answers(port)
+    assert not list(Path('/tmp').glob('orvalen-desktop.*'))
+
+
+@private_machine.needed
+def test_a_stream_of_the_users_own_is_left_alone(run, tmp_path):
+    """Its port, its files and its picture."""
+    port_file, picture = Path('/tmp/orvalen_port.txt'), Path('/tmp/ov_disp_1.jpg')
+    with socket.socket() as other:
+        other.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+        other.bind(('0.0.0.0', 8999))
+        other.listen()
+        port_file.write_text('8999')
+        picture.write_bytes(b'of another screen')
+        try:
+            host, port = run.address()
+            assert port == 9000
+            viewer = Viewer(port)
+            assert identify(viewer.frame(tmp_path / 'frame.jpg'), '%m %w %h') == 'JPEG 1280 800'
+            viewer.close()
+            assert port_file.read_text() == '8999'
+            assert picture.read_bytes() == b'of another screen'
+        finally:
+            picture.unlink()
+            port_file.unlink()

@@ -115,6 +115,20 @@ TEST(Type, smallTextIsHeavier)
     EXPECT_EQ((Type{.size = 9, .weight = QFont::Bold}.font(widget).weight()), QFont::Bold);
 }
 
+TEST(Type, aSignInATextLeavesItsLettersAlone)
+{
+    const QWidget widget;
+    const QString letters = "Start Offline Stream";
+    for (const auto &family : {widget.font().family(), QString("sans-serif"), QString("Inter")}) {
+        QFont plain(family);
+        plain.setPixelSize(11);
+        const auto withSigns = fontFor("⚡ " + letters, plain);
+        EXPECT_EQ(QFontInfo(withSigns).family(), QFontInfo(plain).family());
+        EXPECT_EQ(textWidth(withSigns, letters), textWidth(plain, letters)) << family.toStdString();
+        EXPECT_EQ(fontFor(letters, plain), plain);
+    }
+}
+
 const QStringList symbols{"shield.lefthalf.filled",
                           "flame.fill",
                           "waveform.path.ecg",

@@ -32,7 +32,7 @@ QString readBack(const QImage &picture)
     QProcess reader;
     if (!picture.save(file))
         return "not saved";
-    reader.start("zbarimg", {"--quiet", "--raw", "-Sdisable", "-Sqrcode.enable", file});
+    reader.start("zbarimg", {"--quiet", "--raw", "--nodbus", "-Sdisable", "-Sqrcode.enable", file});
     reader.waitForFinished();
     return QString::fromUtf8(reader.readAllStandardOutput()).trimmed();
 }

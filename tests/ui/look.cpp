@@ -94,6 +94,8 @@ int main(int argc, char *argv[])
         scheme.receive(dark ? 1 : 2);
         for (const auto &[stage, show] : stages) {
             show(dashboard);
+            dashboard.settle();
+            QThread::msleep(250); // what fades has faded
             for (const auto &[width, height] : {std::pair{815, 560}, {815, 1000}, {1000, 840}, {1600, 840}}) {
                 dashboard.window.resize(width, height);
                 dashboard.settle();

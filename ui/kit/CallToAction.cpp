@@ -120,10 +120,14 @@ Shadow CallToAction::shadow() const
     return {.offset = 4 / part, .blur = 14 / part, .radius = radius, .shade = color.solid.at(30)};
 }
 
+QFont CallToAction::labelFont() const
+{
+    return fontFor(text, Type{.size = textSize, .weight = QFont::DemiBold}.font(*this));
+}
+
 QSize CallToAction::sizeHint() const
 {
-    const auto type = Type{.size = textSize, .weight = QFont::DemiBold};
-    return {textWidth(type.font(*this), text) + symbolSize + gap + 2 * padding, buttonHeight};
+    return {textWidth(labelFont(), text) + symbolSize + gap + 2 * padding, buttonHeight};
 }
 
 QSize CallToAction::minimumSizeHint() const
@@ -158,7 +162,7 @@ void CallToAction::paintEvent(QPaintEvent *)
         painter.restore();
     }
 
-    const auto font = Type{.size = textSize, .weight = QFont::DemiBold}.font(*this);
+    const auto font = labelFont();
     const QFontMetrics metrics(font);
     const int markRoom = markSize() ? markSize() + gap : 0;
     const auto shown = metrics.elidedText(text, Qt::ElideRight, width() - 2 * padding - markRoom);

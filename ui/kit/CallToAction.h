@@ -47,6 +47,7 @@ protected:
 private:
     void announceLater();
     [[nodiscard]] QString announcement() const;
+    [[nodiscard]] QFont labelFont() const;
     [[nodiscard]] int markSize() const; ///< Of the symbol or the dot; 0 without.
 
     QString text;

@@ -1,0 +1,71 @@
+#include "streaming/server/Frame.h"
+
+#include <string>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+#include "streaming/server/Descriptor.h"
+#include "tests/server/TemporaryFolder.h"
+
+namespace orvalen {
+namespace {
+
+Frame frameOfFile(const std::filesystem::path &file, std::size_t limit = 1'000'000)
+{
+    const Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    return Frame::ofFile(opened.get(), limit);
+}
+
+TEST(Frame, isEmptyUntilItHasBytes)
+{
+    EXPECT_TRUE(Frame().isEmpty());
+    EXPECT_EQ(Frame().bytes(), "");
+    EXPECT_TRUE(Frame::of("").isEmpty());
+}
+
+TEST(Frame, copiesShareTheBytes)
+{
+    Frame copy;
+    {
+        const Frame frame = Frame::of("picture");
+        copy = frame;
+        EXPECT_EQ(copy.bytes().data(), frame.bytes().data());
+    }
+    EXPECT_EQ(copy.bytes(), "picture");
+}
+
+TEST(Frame, canBeReplaced)
+{
+    Frame frame = Frame::of("one");
+    const Frame first = frame;
+    frame = Frame::of("two");
+    EXPECT_EQ(first.bytes(), "one");
+    EXPECT_EQ(frame.bytes(), "two");
+    const Frame moved = std::move(frame);
+    EXPECT_EQ(moved.bytes(), "two");
+}
+
+TEST(Frame, holdsAWholeFile)
+{
+    const test::TemporaryFolder folder;
+    const std::string picture(300'001, 'p');
+    EXPECT_EQ(frameOfFile(folder.write("picture", picture)).bytes(), picture);
+}
+
+TEST(Frame, isEmptyWithoutAFileOfUse)
+{
+    const test::TemporaryFolder folder;
+    EXPECT_TRUE(frameOfFile(folder.write("empty", "")).isEmpty());
+    EXPECT_TRUE(frameOfFile(folder.write("large", "12345"), 4).isEmpty());
+    EXPECT_TRUE(frameOfFile(folder / "missing").isEmpty());
+    EXPECT_EQ(frameOfFile(folder.write("just", "1234"), 4).bytes(), "1234");
+}
+
+TEST(Frame, beginsWhereCopyingIsFast)
+{
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(Frame::of("picture").bytes().data()) % 64, 0U);
+}
+
+} // namespace
+} // namespace orvalen
