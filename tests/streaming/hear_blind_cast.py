@@ -5,8 +5,8 @@ hear_blind_cast.py CONTROL SERVER THEME SENTENCE    The built stream_control, th
 "orvalen". Prints one line of JSON:
 
     chimes    how much the first sound begins like each chime of the theme, 1 being the same
-    seconds   how long somebody speaks after that
-    speech    how much that is like SENTENCE when the speech service alone is asked to say it
+    voice     for how many seconds a voice is heard after that, pauses left out (they vary)
+    alone     the same when nothing but the speech service is asked to say SENTENCE
 """
 import array
 import json
@@ -33,10 +33,9 @@ def trimmed(samples):
     return samples[loud[0]:loud[-1] + 1] if loud else array.array('h')
 
 
-def likeness(one, other):
-    """Of two sounds of about the same length: their loudness over time, at whatever moment each begins."""
-    one, other = contour(one), contour(other)
-    return max(cosine(one[shift:], other) if shift > 0 else cosine(one, other[-shift:]) for shift in range(-50, 51))
+def voice(samples):
+    """Seconds that are not silent."""
+    return sum(loudness > SILENCE for loudness in contour(samples)) / 100
 
 
 def recorded(environment, action):
@@ -90,8 +89,8 @@ def main():
     for file in Path(THEME).glob('stereo/*.oga'):
         chime = trimmed(decoded(file))
         chimes[file.stem] = max(cosine(heard[shift:shift + OPENING], chime[:OPENING]) for shift in range(0, 50))
-    speech = trimmed(heard[len(decoded(next(Path(THEME).glob('stereo/Glass.oga')))):])
-    print(json.dumps({'chimes': chimes, 'seconds': len(speech) / RATE, 'speech': likeness(speech, alone)}))
+    speech = heard[len(decoded(next(Path(THEME).glob('stereo/Glass.oga')))):]
+    print(json.dumps({'chimes': chimes, 'voice': voice(speech), 'alone': voice(alone)}))
 
 
 main()
