@@ -1,0 +1,2 @@
+# The capture command reading back a picture's file.
+orvalen_fuzzer(jpeg orvalen_capture)
