@@ -28,7 +28,7 @@ void Connection::serve()
     if (!wish)
         return;
     if (!answer(wish->route))
-        peer.giveUp();
+        peer.breakOffWhenClosed();
     else if (wish->route == Route::stream)
         stream(wish->display);
     else
@@ -76,7 +76,9 @@ void Connection::stream(std::int64_t display)
 {
     auto viewer = frames.watch(display);
     peer.expectFrames();
-    peer.giveUp(); // a stream only ends when nobody reads it any more
+    // A stream has no end: wherever it stops, and be it by our death, the connection is reset. A browser takes one that
+    // was closed in good order for complete and keeps its last picture for good; a broken one it asks for again.
+    peer.breakOffWhenClosed();
     while (peer.waitUntilTaken()) {
         const Sent sent = sendNext(viewer);
         if (sent == Sent::broken)

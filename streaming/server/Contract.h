@@ -47,7 +47,7 @@ inline constexpr int backlog = 4096;
 /// Descriptors that are kept back from connections: capture files, standard streams, the listening socket.
 inline constexpr std::size_t otherDescriptors = 64;
 /// A connection's stack. Only what is touched takes memory.
-inline constexpr std::size_t connectionStack = 256 * 1024;
+inline constexpr std::size_t connectionStack = 128 * 1024;
 
 /// A viewer that takes not a byte for so long is let go.
 inline constexpr std::chrono::seconds sendingTime{30};

@@ -1,6 +1,5 @@
 #include "streaming/server/Frame.h"
 
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <new>
@@ -21,42 +20,28 @@ struct alignas(64) Frame::Block
     char *bytes() { return reinterpret_cast<char *>(this + 1); }
 };
 
-namespace {
+// Not from the heap: frames of changing size, made by ever other threads, would leave it many times as large. The pages
+// of the last frame that went are kept for the next: new ones would have to be cleared and mapped one by one.
+std::atomic<Frame::Block *> Frame::spare = nullptr;
 
-/// Pages of a frame that nobody has any more, for the next one of about its size: to get fresh ones costs as much as to
-/// fill them.
-std::atomic<void *> sparePages = nullptr;
-constexpr std::size_t largestSpare = 4 * 1024 * 1024;
-
-} // namespace
-
-// Not from the heap: frames of changing size, made by ever other threads, would leave it many times as large.
 Frame::Block *Frame::allocate(std::size_t capacity) noexcept
 {
     const std::size_t wanted = sizeof(Block) + capacity;
-    if (auto *const spare = static_cast<Block *>(sparePages.exchange(nullptr))) {
-        if (const auto mapped = spare->mapped; mapped >= wanted && mapped / 2 <= wanted) {
-            auto *const block = new (spare) Block;
-            block->mapped = mapped;
-            return block;
+    if (Block *const kept = spare.exchange(nullptr)) {
+        if (kept->mapped >= wanted && kept->mapped / 2 <= wanted) {
+            kept->owners = 1;
+            kept->size = 0;
+            return kept;
         }
-        ::munmap(spare, spare->mapped);
+        ::munmap(kept, kept->mapped);
     }
-    const std::size_t mapped = wanted + wanted / 8; // frames of a stream differ a little
+    const std::size_t mapped = wanted + wanted / 8; // also for a next frame that is a little larger
     void *const pages = ::mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANON, -1, 0);
     if (pages == MAP_FAILED)
         return nullptr;
     auto *const block = new (pages) Block;
     block->mapped = mapped;
     return block;
-}
-
-void Frame::release(Block *block) noexcept
-{
-    if (block->mapped <= largestSpare)
-        block = static_cast<Block *>(sparePages.exchange(block));
-    if (block)
-        ::munmap(block, block->mapped);
 }
 
 Frame::Frame(const Frame &other) noexcept : block(other.block)
@@ -67,8 +52,10 @@ Frame::Frame(const Frame &other) noexcept : block(other.block)
 
 Frame::~Frame()
 {
-    if (block && block->owners.fetch_sub(1, std::memory_order_acq_rel) == 1)
-        release(block);
+    if (!block || block->owners.fetch_sub(1, std::memory_order_acq_rel) != 1)
+        return;
+    if (Block *const replaced = spare.exchange(block))
+        ::munmap(replaced, replaced->mapped);
 }
 
 Frame Frame::of(std::string_view bytes) noexcept

@@ -1,13 +1,14 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <string_view>
 #include <utility>
 
 namespace orvalen {
 
-/// The bytes of one JPEG. Copies share them; nobody changes them. They lie in pages of their own, which go back to the
-/// system with the last copy; those of one frame are kept for the next. Any thread.
+/// The bytes of one JPEG. Copies share them; nobody changes them. They lie in pages of their own, which with the last
+/// copy become the next frame's or go back to the system. Any thread.
 class Frame
 {
 public:
@@ -36,8 +37,8 @@ private:
 
     explicit Frame(Block *block) : block(block) {}
     static Block *allocate(std::size_t capacity) noexcept;
-    static void release(Block *block) noexcept;
 
+    static std::atomic<Block *> spare;
     Block *block = nullptr;
 };
 

@@ -170,7 +170,7 @@ void Peer::sayGoodbye()
     }
 }
 
-void Peer::giveUp()
+void Peer::breakOffWhenClosed()
 {
     setOption(socket, SOL_SOCKET, SO_LINGER, linger{1, 0});
 }

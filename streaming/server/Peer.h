@@ -50,8 +50,8 @@ public:
     /// the peer, the connection would be reset and the answer lost.
     void sayGoodbye();
 
-    /// Whatever is still unsent is dropped when the connection is closed.
-    void giveUp();
+    /// However the connection is closed from now on, the peer sees it break, and what is still unsent is dropped.
+    void breakOffWhenClosed();
 
 private:
     bool waitUntilWritable();

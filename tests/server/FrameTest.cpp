@@ -62,6 +62,18 @@ TEST(Frame, isEmptyWithoutAFileOfUse)
     EXPECT_EQ(frameOfFile(folder.write("just", "1234"), 4).bytes(), "1234");
 }
 
+TEST(Frame, theNextOneTakesItsPages)
+{
+    const std::string large(100'000, 'l');
+    const auto *place = Frame::of(large).bytes().data();
+    const Frame next = Frame::of(std::string(90'000, 'n'));
+    EXPECT_EQ(next.bytes().data(), place);
+    EXPECT_EQ(next.bytes(), std::string(90'000, 'n'));
+    const Frame other = Frame::of(large);
+    EXPECT_EQ(next.bytes(), std::string(90'000, 'n'));
+    EXPECT_EQ(other.bytes(), large);
+}
+
 TEST(Frame, beginsWhereCopyingIsFast)
 {
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(Frame::of("picture").bytes().data()) % 64, 0U);

@@ -203,6 +203,16 @@ def test_a_slow_viewer_gets_fresh_frames(server, tmp_path):
     assert max(ages) < 5
 
 
+def test_a_stream_breaks_and_does_not_end_when_the_server_is_killed(running):
+    # A browser keeps the last picture of a stream that ended, and its page would never connect again.
+    with running.stream() as stream:
+        stream.frame()
+        running.stop()
+        with pytest.raises(ConnectionResetError):
+            while True:
+                stream.more()
+
+
 def test_viewers_come_and_go_without_a_trace(running):
     with running.stream() as stream:
         stream.frame()
