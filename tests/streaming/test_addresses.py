@@ -117,8 +117,8 @@ def test_the_name_that_avahi_announces(machine):
     machine.add_interface('en0', '192.168.1.20/24')
     machine.path('/tmp/bus.conf').write_text(BUS)
     machine.path('/tmp/avahi.conf').write_text('[server]\nhost-name=MacBook-Air\nuse-ipv4=yes\nuse-ipv6=no\n')
-    machine.run('mkdir', '-p', '/run/avahi-daemon')
-    machine.run('mount', '-t', 'tmpfs', 'tmpfs', '/run/avahi-daemon')
+    machine.run('mount', '-t', 'tmpfs', 'tmpfs', '/run')
+    machine.run('mkdir', '/run/avahi-daemon')
     machine.environment['DBUS_SYSTEM_BUS_ADDRESS'] = 'unix:path=/tmp/bus'
     machine.start('dbus-daemon', '--config-file=/tmp/bus.conf', '--nofork', '--nopidfile')
 
