@@ -60,7 +60,10 @@ class Machine:
             controller.end()
 
     def _inside(self, command):
-        return ['nsenter', '--target', self.first_process, '--all', '--', *map(str, command)]
+        rooms = ['--mount', '--net', '--pid', '--ipc']
+        if os.geteuid() != 0:
+            rooms += ['--user', '--preserve-credentials']
+        return ['nsenter', '--target', self.first_process, *rooms, '--', *map(str, command)]
 
     def run(self, *command, check=True, **options):
         """Runs it to its end; what it wrote to standard output."""

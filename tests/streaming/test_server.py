@@ -8,7 +8,7 @@ import pytest
 from machine import PORT_FILE, SCRIPT, SERVER, wait_for
 
 PATTERN = 'orvalen_web_stream.py'
-SOMEBODY_ELSE = 65534
+SOMEBODY_ELSE = 61234  # the number of no user
 
 
 @pytest.fixture
