@@ -3,7 +3,7 @@
 
     bench/stream_bench.py [--build FOLDER] [OPTION VALUE]... [SECTION]...
 
-Sections; without one all but soak are run, in about ten minutes:
+Sections; without one all but soak are run, in about fifteen minutes:
 
     captures  never two of one display at once, at most ten a second    slow     how old a slow viewer's picture is
     viewers   frames a second at 500 viewers                            stalled  viewers that stop reading
@@ -109,14 +109,14 @@ class Bench:
         self.table.section("Processor time for a delivered frame, children included, us")
         for viewers, limit in ((1, 0.65), (10, 0.25), (50, 0.15), (CROWD, 0.05)):
             ours, peer = (median(self.watched(viewers)[name], "cpu_us") for name in ("orvalen", "naive"))
-            self.table.row(f"{viewers} viewers", ours, peer, at_most=limit, of_peer=True, note="naive", form=".1f")
+            self.table.row(f"{viewers} viewers, against naive", ours, peer, at_most=limit, of_peer=True, note="naive", form=".1f")
         alone = {name: statistics.median(each["cpu_us"] * each["rate_median"] / each["fresh_median"] for each in rounds)
                  for name, rounds in self.watched(1).items()}
         self.table.row("1 viewer, for a fresh frame", alone["orvalen"], alone["naive"], form=".1f")
         ours, peer = (median(self.watched(CROWD)[name], "cpu_us") for name in ("orvalen", "floor"))
-        self.table.row(f"{CROWD} viewers", ours, peer, at_most=1.25, of_peer=True, note="the floor", form=".1f")
+        self.table.row(f"{CROWD} viewers, against the floor", ours, peer, at_most=1.25, of_peer=True, note="the floor", form=".1f")
         if peer := self.watched(CROWD).get(PEER_OF_CROWD):
-            self.table.row(f"{CROWD} viewers", ours, median(peer, "cpu_us"), at_most=0.35, of_peer=True, note=PEER_OF_CROWD,
+            self.table.row(f"{CROWD} viewers, against {PEER_OF_CROWD}", ours, median(peer, "cpu_us"), at_most=0.35, of_peer=True, note=PEER_OF_CROWD,
                            form=".1f")
 
     def memory(self):
