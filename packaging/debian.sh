@@ -5,7 +5,7 @@ buildPackages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-svg-dev
     libxcb1-dev libxcb-randr0-dev libxcb-screensaver0-dev libxcb-shm0-dev libxcb-xfixes0-dev
-    libboost-dev libjpeg62-turbo-dev libqrencode-dev
+    libboost-dev libicu-dev libjpeg62-turbo-dev libqrencode-dev libsystemd-dev
     libvulkan-dev libfontconfig-dev
     libcanberra-dev
 )

@@ -158,7 +158,7 @@ inOwnTemporaryFolder() {
 # startStream SERVER   Streams the desktop: $streamPort. The server writes under fixed names in the temporary folder; in one
 # of its own it comes in the way of no other server. Where that cannot be had, another server's files are left alone.
 startStream() {
-    local folder=$desktopFolder/stream own=(unshare --mount --propagation private)
+    local server folder=$desktopFolder/stream own=(unshare --mount --propagation private)
     [ "$(id -u)" = 0 ] || own+=(--user --map-root-user)
     if "${own[@]}" true 2>/dev/null; then
         mkdir -m 700 "$folder"
@@ -172,7 +172,11 @@ startStream() {
     else
         return 1
     fi
-    waitUntil 10 test -s "$folder/orvalen_port.txt" && streamPort=$(cat "$folder/orvalen_port.txt")
+    server=$!
+    hasPort() { test -s "$folder/orvalen_port.txt"; }
+    hasPortOrEnded() { hasPort || ! kill -0 "$server" 2>/dev/null; }
+    waitUntil 10 hasPortOrEnded
+    hasPort && streamPort=$(cat "$folder/orvalen_port.txt")
 }
 
 # An address at which others in the network find this machine; none if it is in no network.

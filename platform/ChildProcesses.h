@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,10 +21,15 @@ public:
 
     /// Blocks until it has ended. One that ignores being asked to end is ended by force after a while.
     virtual void waitUntilExit() = 0;
+
+    /// Waits for its end, `time` at most: its exit status (128 and the signal's number, if a signal ended it), or
+    /// std::nullopt while it runs.
+    [[nodiscard]] virtual std::optional<int> exitStatusWithin(std::chrono::milliseconds time) = 0;
 };
 
-/// Starts programs by absolute path and argument list, never through a shell. They inherit standard output and standard
-/// error and no other descriptor, and no blocked signal. Any thread.
+/// Starts programs by absolute path and argument list, never through a shell. They inherit the environment and no
+/// descriptor: they read nothing, what they write is lost (some outlive us, and nobody could tell whose lines those
+/// are). No signal is blocked for them. Any thread.
 class ChildProcesses
 {
 public:

@@ -15,7 +15,7 @@ struct NetworkInterface;
 inline constexpr std::string_view noAddress = "127.0.0.1";
 
 /// The address for phones in the same network among the interfaces as the system lists them: that of the built-in
-/// network ports if they have one, else the first usable one. std::nullopt: no list.
+/// network ports if they have one, else the first usable one, else `noAddress`, as without a list (std::nullopt).
 [[nodiscard]] std::string wifiAddressAmong(const std::optional<std::vector<NetworkInterface>> &interfaces);
 
 /// The name by which multicast DNS finds this machine. `multicastName`: what the responder said, any bytes, white space

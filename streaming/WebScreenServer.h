@@ -87,7 +87,7 @@ public:
     /// is published 0.3 s later.
     virtual void startServer();
 
-    /// Ends the server and any stale one. Blocks until they are gone, at least 0.15 s.
+    /// Ends the server, and asks any stale one to end. Blocks until ours is gone, at least 0.15 s.
     virtual void stopServer();
 
     virtual void copyPrimaryLink();

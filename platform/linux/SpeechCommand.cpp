@@ -1,5 +1,6 @@
 #include "platform/linux/SpeechCommand.h"
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <sstream>
@@ -29,6 +30,9 @@ const std::vector<Command> &commands()
     };
     return list;
 }
+
+/// One that has not failed by then speaks.
+constexpr std::chrono::seconds timeToFail{1};
 
 /// Where it would be run from; folders that depend on where we stand do not count.
 std::optional<std::string> found(const std::string &name, const std::string &searchPath)
@@ -60,8 +64,14 @@ void SpeechCommand::speak(std::string_view text)
             const std::scoped_lock lock(mutex);
             if (voice)
                 voice->terminate();
-            voice = processes.launch(*program, arguments);
-            return;
+            voice.reset();
+            try {
+                voice = processes.launch(*program, arguments);
+            } catch (const std::system_error &) {
+                continue;
+            }
+            if (voice->exitStatusWithin(timeToFail).value_or(0) == 0)
+                return;
         }
     }
 }

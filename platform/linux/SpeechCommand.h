@@ -9,7 +9,8 @@
 
 namespace orvalen {
 
-/// Speech by the first of the customary commands that is installed: the desktop's speech service, else a synthesiser.
+/// Speech by the first of the customary commands that works: the desktop's speech service, else a synthesiser. Takes up
+/// to a second, in which one that is installed may fail.
 /// What is still being said gives way to what is said next.
 class SpeechCommand : public Speech
 {
@@ -17,7 +18,6 @@ public:
     /// `searchPath`: folders with colons between them, looked through anew each time. `processes` must outlive it.
     SpeechCommand(ChildProcesses &processes, std::string searchPath);
 
-    /// Throws std::system_error if the command that was found cannot be started.
     void speak(std::string_view text) override;
 
 private:

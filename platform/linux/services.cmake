@@ -3,6 +3,7 @@
 find_package(PkgConfig REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus)
 pkg_check_modules(canberra REQUIRED IMPORTED_TARGET libcanberra>=0.30)
+pkg_check_modules(systemd REQUIRED IMPORTED_TARGET libsystemd)
 
 # Headers only: the Vulkan library is loaded when a queue is opened, and only there.
 find_package(Vulkan 1.3 REQUIRED)
@@ -19,4 +20,4 @@ orvalen_library(orvalen_platform_linux_desktop
     SpeechCommand.cpp)
 set_target_properties(orvalen_platform_linux_desktop PROPERTIES AUTOMOC ON)
 target_link_libraries(orvalen_platform_linux_desktop PUBLIC orvalen_platform Qt6::Core Qt6::DBus
-    PRIVATE PkgConfig::canberra)
+    PRIVATE PkgConfig::canberra PkgConfig::systemd)

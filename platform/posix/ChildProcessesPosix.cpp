@@ -5,6 +5,7 @@
 #include <csignal>
 #include <future>
 #include <mutex>
+#include <optional>
 #include <system_error>
 #include <thread>
 
@@ -26,7 +27,7 @@ void require(int error, const std::string &what)
         throw std::system_error(error, std::generic_category(), what);
 }
 
-/// What a child starts with: standard output and error of ours, an empty input, no other descriptor.
+/// What a child starts with: an empty input, outputs that lead nowhere, no other descriptor.
 class Descriptors
 {
 public:
@@ -34,10 +35,9 @@ public:
     {
         require(::posix_spawn_file_actions_init(&actions), "posix_spawn_file_actions_init");
         ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-#ifdef __APPLE__
-        ::posix_spawn_file_actions_addinherit_np(&actions, STDOUT_FILENO); // see POSIX_SPAWN_CLOEXEC_DEFAULT
-        ::posix_spawn_file_actions_addinherit_np(&actions, STDERR_FILENO);
-#else
+        ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+        ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+#ifndef __APPLE__ // POSIX_SPAWN_CLOEXEC_DEFAULT does it there
         ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
 #endif
     }
@@ -110,37 +110,38 @@ public:
         while (::waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
         }
         const std::scoped_lock lock(mutex);
-        while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+        int status = 0;
+        while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
         }
-        hasEnded = true;
+        exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
         ended.notify_all();
     }
 
     [[nodiscard]] bool isRunning()
     {
         const std::scoped_lock lock(mutex);
-        return !hasEnded;
+        return !exitStatus;
     }
 
     void signal(int number)
     {
         const std::scoped_lock lock(mutex);
-        if (!hasEnded)
+        if (!exitStatus)
             ::kill(pid, number);
     }
 
-    /// Whether it has ended within that time.
-    bool endsWithin(std::chrono::milliseconds time)
+    std::optional<int> exitStatusWithin(std::chrono::milliseconds time)
     {
         std::unique_lock lock(mutex);
-        return ended.wait_for(lock, time, [this] { return hasEnded; });
+        ended.wait_for(lock, time, [this] { return exitStatus.has_value(); });
+        return exitStatus;
     }
 
 private:
     const pid_t pid;
     std::mutex mutex; ///< Guards what follows, and the meaning of `pid`.
     std::condition_variable ended;
-    bool hasEnded = false;
+    std::optional<int> exitStatus; ///< Once it has ended.
 };
 
 class ChildProcessPosix : public ChildProcess
@@ -155,10 +156,14 @@ public:
     void terminate() override { child->signal(SIGTERM); }
     void waitUntilExit() override
     {
-        if (child->endsWithin(patience))
+        if (child->exitStatusWithin(patience))
             return;
         child->signal(SIGKILL);
-        child->endsWithin(patience);
+        child->exitStatusWithin(patience);
+    }
+    std::optional<int> exitStatusWithin(std::chrono::milliseconds time) override
+    {
+        return child->exitStatusWithin(time);
     }
 
 private:

@@ -7,7 +7,6 @@
 namespace orvalen {
 
 /// Programs started by posix_spawn, each in a session of its own: the keys and the end of a terminal do not reach it.
-/// Its standard input is empty.
 ///
 /// A thread waits for each child, so that one that has ended leaves nothing behind, whether or not somebody still has
 /// it in hand.

@@ -167,6 +167,29 @@ TEST_F(ChildProcessesPosixTest, noOtherDescriptorReachesIt)
     ::close(high);
 }
 
+TEST_F(ChildProcessesPosixTest, whatItWritesIsLost)
+{
+    EXPECT_EQ(outputOf(R"(for n in 0 1 2; do readlink /proc/$$/fd/$n; done >"$0/links"; mv "$0/links" "$0/out")"),
+              "/dev/null\n/dev/null\n/dev/null\n")
+        << "who reads from us would wait for its end";
+}
+
+TEST_F(ChildProcessesPosixTest, itsExitStatusIsTold)
+{
+    EXPECT_EQ(launchScript("exit 0")->exitStatusWithin(std::chrono::seconds(30)), 0);
+    EXPECT_EQ(launchScript("exit 7")->exitStatusWithin(std::chrono::seconds(30)), 7);
+    EXPECT_EQ(launchScript("kill -KILL $$")->exitStatusWithin(std::chrono::seconds(30)), 137);
+}
+
+TEST_F(ChildProcessesPosixTest, oneThatRunsHasNoExitStatusYet)
+{
+    std::unique_ptr<ChildProcess> child;
+    launchSleeper(child);
+    EXPECT_EQ(child->exitStatusWithin(std::chrono::milliseconds(1)), std::nullopt);
+    child->terminate();
+    EXPECT_EQ(child->exitStatusWithin(std::chrono::seconds(30)), 143);
+}
+
 TEST_F(ChildProcessesPosixTest, noSignalIsBlockedOrIgnoredThere)
 {
     sigset_t all, before;

@@ -83,6 +83,32 @@ TEST_F(SpeechCommandTest, ofTwoTheOneThatIsFirstOnTheSearchPath)
     EXPECT_THAT(startedOn(searchPath), ElementsAre(::testing::HasSubstr("/first/spd-say ")));
 }
 
+TEST_F(SpeechCommandTest, aServiceThatFailsGivesWayToTheSynthesiser)
+{
+    install("first/spd-say");
+    install("first/espeak-ng");
+    processes.failing[program("first/spd-say")] = 1;
+    EXPECT_THAT(startedOn(searchPath),
+                ElementsAre(::testing::HasSubstr("/first/spd-say "), ::testing::HasSubstr("/first/espeak-ng ")));
+}
+
+TEST_F(SpeechCommandTest, aServiceThatCannotBeStartedGivesWayToTheSynthesiser)
+{
+    install("first/spd-say");
+    install("first/espeak-ng");
+    processes.missing.insert(program("first/spd-say"));
+    EXPECT_THAT(startedOn(searchPath),
+                ElementsAre(::testing::HasSubstr("/first/spd-say "), ::testing::HasSubstr("/first/espeak-ng ")));
+}
+
+TEST_F(SpeechCommandTest, aServiceThatIsDoneSoonHasSpoken)
+{
+    install("first/spd-say");
+    install("first/espeak-ng");
+    processes.failing[program("first/spd-say")] = 0;
+    EXPECT_THAT(startedOn(searchPath), ElementsAre(::testing::HasSubstr("/first/spd-say ")));
+}
+
 TEST_F(SpeechCommandTest, whatIsStillBeingSaidGivesWay)
 {
     install("first/spd-say");

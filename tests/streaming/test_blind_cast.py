@@ -84,6 +84,7 @@ def test_it_is_spoken_when_the_server_cannot_be_started(machine, spy):
 def test_a_machine_without_a_voice_serves_silently(machine):
     control = machine.control(search_path='/nonexistent')
     assert control.ask('cast')['isRunning'] is True
+    assert control.said == []
     assert not machine.has_zombies()
 
 

@@ -51,6 +51,7 @@ struct FakeChildProcesses : ChildProcesses
     std::vector<std::shared_ptr<Child>> launched;
     std::set<std::string, std::less<>> missing; ///< Programs that cannot be started.
     std::set<std::string, std::less<>> shortLived{"/usr/bin/pkill"};
+    std::map<std::string, int, std::less<>> failing; ///< Programs that end at once, and with which status.
     std::function<void(Child &)> onLaunch;
 
     std::unique_ptr<ChildProcess> launch(const std::string &program, const std::vector<std::string> &arguments) override
@@ -79,7 +80,8 @@ struct FakeChildProcesses : ChildProcesses
 private:
     struct Handle : ChildProcess
     {
-        Handle(FakeChildProcesses &owner, std::shared_ptr<Child> child) : diary(owner.diary), child(std::move(child))
+        Handle(FakeChildProcesses &owner, std::shared_ptr<Child> child)
+            : diary(owner.diary), failing(owner.failing), child(std::move(child))
         {
             isShortLived = owner.shortLived.contains(this->child->program);
         }
@@ -98,8 +100,17 @@ private:
                 throw std::logic_error("nobody asked it to end: " + child->program);
             child->isRunning = false;
         }
+        std::optional<int> exitStatusWithin(std::chrono::milliseconds) override
+        {
+            const auto status = failing.find(child->program);
+            if (status == failing.end())
+                return std::nullopt;
+            child->isRunning = false;
+            return status->second;
+        }
 
         Diary &diary;
+        const std::map<std::string, int, std::less<>> &failing;
         std::shared_ptr<Child> child;
         bool isShortLived = false;
         bool isAsked = false;

@@ -32,6 +32,7 @@ void AddressLabel::setAddress(const QString &address)
     if (text() == address)
         return;
     setText(address);
+    setToolTip(address); // there may be no room for all of it
     setCursorPosition(0);
     updateGeometry();
 }
