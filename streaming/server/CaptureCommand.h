@@ -30,7 +30,7 @@ public:
 private:
     std::mutex &descriptors;
     CommandSearch search; // under `descriptors`
-    posix_spawnattr_t attributes;
+    posix_spawnattr_t attributes{};
     Watchdog watchdog;
 };
 

@@ -38,9 +38,9 @@ void Connection::serve()
 std::optional<Connection::Wish> Connection::hearWish()
 {
     const auto deadline = Peer::Clock::now() + std::chrono::duration_cast<Peer::Clock::duration>(patience.request);
-    std::array<char, limits::requestHeadBytes> room;
+    char room[limits::requestHeadBytes]; // not cleared: pages that no request reaches are never touched
     std::size_t length = 0;
-    while (length < room.size()) {
+    while (length < sizeof room) {
         const auto news = std::span(room).subspan(length);
         const auto got = peer.receive(news, deadline);
         if (got <= 0)
@@ -49,9 +49,9 @@ std::optional<Connection::Wish> Connection::hearWish()
         const bool isFirst = length == 0;
         length += heard.size();
         // One that drips in is looked at by the line: not each byte is worth reading all that came before.
-        if (!isFirst && length < room.size() && heard.find('\n') == std::string_view::npos)
+        if (!isFirst && length < sizeof room && heard.find('\n') == std::string_view::npos)
             continue;
-        const auto parsed = parseRequestHead({room.data(), length});
+        const auto parsed = parseRequestHead({room, length});
         if (const auto *request = std::get_if<RequestHead>(&parsed))
             return Wish{routeOf(*request), displayNumber(request->query)};
         if (std::get<NoRequest>(parsed) == NoRequest::malformed)

@@ -21,7 +21,7 @@ private:
     /// What the peer wants.
     struct Wish
     {
-        Route route;
+        Route route = Route::malformed;
         std::int64_t display = 1;
     };
 

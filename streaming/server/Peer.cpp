@@ -1,7 +1,6 @@
 #include "streaming/server/Peer.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <limits>
 
@@ -152,8 +151,8 @@ bool Peer::rest(std::chrono::milliseconds duration)
 
 bool Peer::hasSaidGoodbye()
 {
-    std::array<char, 512> thrownAway;
-    const auto got = ::recv(socket.get(), thrownAway.data(), thrownAway.size(), MSG_DONTWAIT);
+    char thrownAway[512];
+    const auto got = ::recv(socket.get(), thrownAway, sizeof thrownAway, MSG_DONTWAIT);
     return got == 0 || (got < 0 && errno != EAGAIN && errno != EINTR);
 }
 
@@ -161,7 +160,7 @@ void Peer::sayGoodbye()
 {
     ::shutdown(socket.get(), SHUT_WR);
     const auto deadline = Clock::now() + std::chrono::duration_cast<Clock::duration>(patience.farewell);
-    std::array<char, 2048> thrownAway;
+    char thrownAway[2048];
     for (std::size_t total = 0; total < limits::farewellBytes;) {
         const auto got = receive(thrownAway, deadline);
         if (got <= 0 || Clock::now() >= deadline)

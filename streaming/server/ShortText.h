@@ -30,7 +30,7 @@ public:
 
     ShortText &operator<<(std::integral auto number)
     {
-        std::array<char, 24> digits;
+        std::array<char, 24> digits{};
         const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
         return *this << std::string_view(digits.data(), static_cast<std::size_t>(end - digits.data()));
     }
@@ -48,7 +48,7 @@ public:
     operator std::string_view() const { return {characters.data(), length}; }
 
 private:
-    std::array<char, capacity> characters; // no initial value: only what was written is read
+    std::array<char, capacity> characters{};
     std::size_t length = 0;
 };
 

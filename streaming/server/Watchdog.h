@@ -29,8 +29,8 @@ private:
 
     struct Guarded
     {
-        pid_t group;
-        Clock::time_point deadline;
+        pid_t group = 0;
+        Clock::time_point deadline{};
     };
 
     void watch();
