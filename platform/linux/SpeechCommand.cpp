@@ -72,6 +72,7 @@ void SpeechCommand::speak(std::string_view text)
             }
             if (voice->exitStatusWithin(timeToFail).value_or(0) == 0)
                 return;
+            voice.reset();
         }
     }
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -82,18 +83,23 @@ int openNameless([[maybe_unused]] const std::filesystem::path &folder)
 #endif
 }
 
-/// Always the same name for the same path: what a killed process of ours has left under it is cleared away here.
-int giveName(int descriptor, const std::string &name)
+/// Always the same name for the same path: what a killed process of ours has left under it is cleared away here. Where
+/// somebody else's cannot be cleared away, a name with our process's number.
+int giveName(int descriptor, std::string &name)
 {
     constexpr int tries = 100; // others may do the same at the same time
     const auto nameless = "/proc/self/fd/" + std::to_string(descriptor);
+    bool isOther = false;
     for (int i = 0; i < tries; ++i) {
         if (::linkat(AT_FDCWD, nameless.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0)
             return 0;
         if (errno != EEXIST)
             return errno;
-        if (::unlink(name.c_str()) != 0 && errno != ENOENT)
+        if (::unlink(name.c_str()) == 0 || errno == ENOENT)
+            continue;
+        if (std::exchange(isOther, true))
             return errno;
+        name += '.' + std::to_string(::getpid());
     }
     return EEXIST;
 }

@@ -27,6 +27,13 @@ public:
     [[nodiscard]] bool isConnected() const { return xcb_connection_has_error(xcb) == 0; }
     [[nodiscard]] std::optional<PixelLayout> layout() const;
 
+    /// Something covers the screen. A display that is only dark for want of input does not: all windows are there.
+    [[nodiscard]] bool hasLock() const
+    {
+        return screenSaver && screenSaver->state == XCB_SCREENSAVER_STATE_ON &&
+               screenSaver->kind != XCB_SCREENSAVER_KIND_BLANKED;
+    }
+
     xcb_connection_t *const xcb; ///< Never null; may be in error.
     const xcb_screen_t *screen = nullptr;
     bool isGuest = false;
@@ -134,8 +141,8 @@ std::vector<Display> CaptureBackEndX11::displays()
 
 std::unique_ptr<Picture> CaptureBackEndX11::open(const Display &display, unsigned lanes)
 {
-    if (server->screenSaver && server->screenSaver->state == XCB_SCREENSAVER_STATE_ON)
-        throw CaptureError("The session is locked, or its screen blanked.");
+    if (server->hasLock())
+        throw CaptureError("The session is locked, or its screen saver is on.");
     const auto layout = server->layout();
     if (!layout)
         throw CaptureError("The screen's pixels are not of 24 bits in four bytes.");

@@ -242,6 +242,18 @@ TEST_F(PrivateFile, aReplacementIsWholeOrOldButNeverHalf)
     EXPECT_EQ(entries(), 1) << "nothing left over";
 }
 
+TEST_F(PrivateFile, whatStandsUnderTheNameOnTheWayDoesNotStopAReplacement)
+{
+    put(folder / ".file.orvalen", "left by one that was killed");
+    EXPECT_EQ(private_file::replace(file, "first"), 0);
+    EXPECT_EQ(entries(), 1) << "it is cleared away";
+
+    fs::create_directory(folder / ".file.orvalen"); // like somebody else's: cannot be
+    EXPECT_EQ(private_file::replace(file, "second"), 0);
+    EXPECT_EQ(contentsOf(file), "second");
+    EXPECT_EQ(entries(), 2);
+}
+
 TEST_F(PrivateFile, aDiskWithoutRoomLeavesTheOldFileAndNothingElse)
 {
     put(file, "old");

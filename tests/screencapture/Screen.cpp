@@ -131,6 +131,18 @@ void Screen::movePointer(int x, int y)
 
 void Screen::startScreenSaver()
 {
+    saveScreen(XCB_BLANKING_NOT_PREFERRED);
+}
+
+void Screen::goDark()
+{
+    saveScreen(XCB_BLANKING_PREFERRED);
+}
+
+void Screen::saveScreen(std::uint8_t howToBlank)
+{
+    constexpr std::int16_t seconds = 600;
+    xcb_set_screen_saver(xcb, seconds, seconds, howToBlank, XCB_EXPOSURES_ALLOWED);
     xcb_force_screen_saver(xcb, XCB_SCREEN_SAVER_ACTIVE);
     sync();
 }

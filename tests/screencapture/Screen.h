@@ -33,10 +33,14 @@ public:
     void showPointer(int side, int hotSpotX, int hotSpotY, std::uint32_t rgb);
     void movePointer(int x, int y);
 
+    /// The server covers the screen with a window of its own, as lockers do.
     void startScreenSaver();
+    /// The server turns the display dark, as after some minutes without input.
+    void goDark();
 
 private:
     void setPointer(int side, int filled, int hotSpotX, int hotSpotY, std::uint32_t rgb);
+    void saveScreen(std::uint8_t howToBlank);
     void sync();
 
     xcb_connection_t *const xcb;

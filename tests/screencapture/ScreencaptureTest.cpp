@@ -280,6 +280,16 @@ TEST(Screencapture, aDisplayOfAnotherSizeIsTakenAnewIntoTheSameFile)
     EXPECT_EQ(decoded(desktop.captured()).width, 500);
 }
 
+TEST(Screencapture, aDisplayThatWentDarkByItselfIsCapturedAsEver)
+{
+    Desktop desktop;
+    desktop.screen.fill(whole, 0x336699);
+    const auto light = desktop.captured();
+    std::filesystem::remove(desktop.file);
+    desktop.screen.goDark();
+    EXPECT_TRUE(desktop.captured() == light);
+}
+
 TEST(Screencapture, aPictureIsOfOneMoment)
 {
     Desktop desktop({"-screen", "0", "1920x1200x24"});
@@ -365,11 +375,11 @@ TEST(ScreencaptureFailure, aWaylandSession)
     expectFailure({}, {{"WAYLAND_DISPLAY", "wayland-0"}}, sentence);
 }
 
-TEST(ScreencaptureFailure, aBlankedScreen)
+TEST(ScreencaptureFailure, aScreenWithASaverOverIt)
 {
     const XServer server;
     Screen(server.display()).startScreenSaver();
-    expectFailure({}, {{"DISPLAY", server.display()}}, "The session is locked, or its screen blanked.");
+    expectFailure({}, {{"DISPLAY", server.display()}}, "The session is locked, or its screen saver is on.");
     server.pressKey();
     const Folder folder;
     EXPECT_EQ(capture({folder / "picture.jpg"}, {{"DISPLAY", server.display()}}).status, 0);
