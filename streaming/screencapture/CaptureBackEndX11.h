@@ -18,8 +18,8 @@ public:
     [[nodiscard]] std::string obstacle() override;
     [[nodiscard]] std::vector<Display> displays() override;
 
-    /// Refuses while a screen saver covers the screen: the session is locked then, or its owner believes that its screen
-    /// shows nothing. A display that went dark by itself is captured as ever.
+    /// Refuses while a screen saver covers the screen: the session is locked then, or its owner believes that its
+    /// screen shows nothing. A display that went dark by itself is captured as ever.
     [[nodiscard]] std::unique_ptr<Picture> open(const Display &display, unsigned lanes) override;
 
 private:
