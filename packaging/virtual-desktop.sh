@@ -41,12 +41,24 @@ endProcess() {
     wait "$1" 2>/dev/null
 }
 
+# Stream servers that the program has started here: elsewhere they may outlive it, but here their display is gone.
+endLeftStreams() {
+    local process
+    [ -n "$desktopFolder" ] || return 0
+    for process in $(pgrep -f orvalen_web_stream.py); do
+        if tr '\0' '\n' <"/proc/$process/environ" 2>/dev/null | grep -qxF "XAUTHORITY=$desktopFolder/Xauthority"; then
+            endProcess "$process"
+        fi
+    done
+}
+
 endDesktop() {
     trap '' INT TERM HUP
     local process
     for process in "${desktopProcesses[@]}"; do
         endProcess "$process"
     done
+    endLeftStreams
     [ -z "$streamPortFile" ] || rm -f "$streamPortFile"
     [ -z "$desktopFolder" ] || rm -rf "$desktopFolder"
 }
