@@ -96,6 +96,19 @@ def test_a_signal_ends_all_that_it_started(run, number, status):
     assert run.living() == []
 
 
+@private_machine.needed
+def test_a_stream_that_the_program_started_there_ends_with_it(run):
+    run.picture()
+    program = next(pid for pid in run.living() if comm(pid) in ('orvalen', 'orvalen-simulat'))
+    environment = dict(entry.split('=', 1) for entry in Path('/proc/%d/environ' % program).read_text().split('\0') if entry)
+    server = ROOT / 'build/release/libexec/orvalen/orvalen-stream-server'
+    subprocess.run(['sh', '-c', 'setsid "$@" &', 'sh', server, '/tmp/orvalen_web_stream.py'], env=environment, check=True)
+    wait_for(lambda: [comm(pid) for pid in run.living()].count('orvalen-stream-') == 2, what='a second server')
+    run.process.terminate()
+    assert run.process.wait(30) == 143
+    assert run.living() == []
+
+
 def test_control_c_in_a_terminal_ends_all_that_it_started(run):
     run.picture()
     os.killpg(run.process.pid, signal.SIGINT)  # what a terminal does: the whole foreground group
