@@ -1,6 +1,7 @@
 #include "streaming/server/CaptureCommand.h"
 
 #include <csignal>
+#include <exception>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -31,7 +32,7 @@ CaptureCommand::~CaptureCommand()
 bool CaptureCommand::run(const char *const *arguments) noexcept
 {
     pid_t child = 0;
-    {
+    try {
         const std::lock_guard lock(descriptors);
         const char *const program = search.find(environmentSearchPath());
         if (!program)
@@ -39,6 +40,8 @@ bool CaptureCommand::run(const char *const *arguments) noexcept
         // The arguments are not changed; the interface is older than const.
         if (::posix_spawn(&child, program, nullptr, &attributes, const_cast<char *const *>(arguments), environ) != 0)
             return false;
+    } catch (const std::exception &) {
+        return false; // no memory for the command's name
     }
     const int status = watchdog.waitFor(child);
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;

@@ -12,7 +12,8 @@
 namespace orvalen {
 
 /// The command that takes pictures. It gets our standard streams, no other descriptor, default signals and a process
-/// group of its own. Any thread.
+/// group of its own. One that hangs is killed with its group after our patience, but not if we are killed before: it
+/// then outlives us (our own command gives up by itself). Any thread.
 class CaptureCommand
 {
 public:

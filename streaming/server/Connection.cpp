@@ -101,7 +101,10 @@ Connection::Sent Connection::sendNext(DisplayFrames::Viewer &viewer)
         return Sent::nothing;
     const auto head = partHead(frame.bytes().size());
     std::array pieces = {piece(head), piece(frame.bytes()), piece(partEnd)};
-    return peer.send(pieces) ? Sent::frame : Sent::broken;
+    const auto keepsTooMuch = [&frame, this] {
+        return frame.isSuperseded() && Frame::supersededMemory() > patience.heldBytes;
+    };
+    return peer.send(pieces, keepsTooMuch) ? Sent::frame : Sent::broken;
 }
 
 } // namespace orvalen

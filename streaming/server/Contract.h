@@ -52,7 +52,13 @@ inline constexpr std::size_t connectionStack = 128 * 1024;
 /// A viewer that takes not a byte for so long is let go.
 inline constexpr std::chrono::seconds sendingTime{30};
 /// How often a viewer that takes nothing is looked at again.
-inline constexpr std::chrono::seconds sendingGlance{5};
+inline constexpr std::chrono::seconds sendingGlance{1};
+/// A frame that was begun is through within this, or the viewer is let go, however steadily it drips.
+inline constexpr std::chrono::seconds partTime{60};
+/// Frames that viewers still hold while their displays have newer ones. Beyond this many bytes of them,
+inline constexpr std::size_t heldBytes = 16 * 1024 * 1024;
+/// a viewer that holds one has only this from its beginning to its end.
+inline constexpr std::chrono::seconds hurriedPartTime{2};
 /// After the answer: how long, and for how many bytes, a client may go on talking before the connection is cut.
 inline constexpr std::chrono::seconds farewellTime{1};
 inline constexpr std::size_t farewellBytes = 256 * 1024;
@@ -61,7 +67,9 @@ inline constexpr int unsentBytes = 4096;
 
 /// Display numbers that have frames of their own; further ones show display 1.
 inline constexpr std::size_t displays = 256;
-inline constexpr std::size_t frameBytes = 64 * 1024 * 1024;
+inline constexpr std::size_t frameBytes = 32 * 1024 * 1024;
+/// What the last frames of all displays may take; numbers that find no room show display 1, too.
+inline constexpr std::size_t allFramesBytes = 128 * 1024 * 1024;
 /// A capture command that runs longer is ended by force.
 inline constexpr std::chrono::seconds captureTime{30};
 

@@ -4,8 +4,39 @@
 
 namespace orvalen {
 
-DisplayFrames::DisplayFrames(FrameSource &source, std::size_t mostDisplays)
-    : source(source), mostDisplays(mostDisplays), mainDisplay(displays.try_emplace(1, 1).first->second)
+namespace {
+
+/// Who asked longer ago has stalled, or gone, or reads so slowly that nobody's frames come sooner for it.
+constexpr std::chrono::seconds lately{1};
+
+} // namespace
+
+void DisplayFrames::Askers::add(const Viewer &viewer, FrameSource::Time time)
+{
+    if (last.viewer != &viewer)
+        lastOther = last;
+    last = {&viewer, time};
+}
+
+void DisplayFrames::Askers::remove(const Viewer &viewer)
+{
+    if (last.viewer == &viewer)
+        last = std::exchange(lastOther, {});
+    else if (lastOther.viewer == &viewer)
+        lastOther = {};
+}
+
+bool DisplayFrames::Askers::isAlone(const Viewer &viewer, FrameSource::Time time) const
+{
+    const Asker &somebodyElse = last.viewer == &viewer ? lastOther : last;
+    return !somebodyElse.viewer || time - somebodyElse.time >= lately;
+}
+
+DisplayFrames::DisplayFrames(FrameSource &source, std::size_t mostDisplays, std::size_t mostMemory)
+    : source(source),
+      mostDisplays(mostDisplays),
+      mostMemory(mostMemory),
+      mainDisplay(displays.try_emplace(1, 1).first->second)
 {
 }
 
@@ -13,39 +44,53 @@ DisplayFrames::Viewer DisplayFrames::watch(std::int64_t number)
 {
     const std::lock_guard lock(mutex);
     auto known = displays.find(number);
-    if (known == displays.end() && displays.size() < mostDisplays)
+    const bool hasRoom = displays.size() < mostDisplays && memory + mainDisplay.lastFrame.memory() <= mostMemory;
+    if (known == displays.end() && hasRoom)
         known = displays.try_emplace(number, number).first;
-    Display &display = known == displays.end() ? mainDisplay : known->second;
-    ++display.viewers;
-    return Viewer(*this, display);
+    return Viewer(*this, known == displays.end() ? mainDisplay : known->second);
 }
 
 DisplayFrames::Viewer::~Viewer()
 {
     const std::lock_guard lock(frames.mutex);
-    --display.viewers;
+    display->askers.remove(*this);
 }
 
 Frame DisplayFrames::Viewer::nextFrame() noexcept
 {
-    Frame frame = frames.next(display, hasSeenFrame);
+    Frame frame = frames.next(*this);
     hasSeenFrame = hasSeenFrame || !frame.isEmpty();
     return frame;
 }
 
-Frame DisplayFrames::next(Display &display, bool hasSeenFrame) noexcept
+Frame DisplayFrames::next(Viewer &viewer) noexcept
 {
     const auto arrival = source.now();
+    Frame replaced; // its pages are given back after the lock
     std::unique_lock lock(mutex);
+    viewer.display->askers.add(viewer, arrival);
     for (;;) {
+        if (viewer.display->hasNoRoom) {
+            viewer.display->askers.remove(viewer);
+            viewer.display = &mainDisplay;
+            viewer.display->askers.add(viewer, arrival);
+        }
+        Display &display = *viewer.display;
         if (display.outcomeBegan && arrival - *display.outcomeBegan < contract::frameReuse)
-            return display.outcome;
-        if (!display.isCapturing)
-            break;
-        display.captured.wait(lock);
+            return display.outcome->lastFrame;
+        if (display.isCapturing) {
+            display.captured.wait(lock);
+        } else {
+            const bool isAlone = display.askers.isAlone(viewer, arrival);
+            replaced = capture(display, rhythmFor(isAlone, viewer.hasSeenFrame, display.times), lock);
+        }
     }
+}
+
+/// Gives the lock away while it captures. The frame that the new one replaced.
+Frame DisplayFrames::capture(Display &display, const Rhythm &rhythm, std::unique_lock<std::mutex> &lock) noexcept
+{
     display.isCapturing = true;
-    const auto rhythm = rhythmFor(display.viewers, hasSeenFrame, display.times);
     lock.unlock();
 
     const auto began = source.now();
@@ -60,32 +105,42 @@ Frame DisplayFrames::next(Display &display, bool hasSeenFrame) noexcept
         source.sleepUntil(began + rhythm.frameNotBefore);
 
     lock.lock();
-    const Frame previousFrame = display.lastFrame; // its pages are given back after the lock
-    const Frame previousOutcome = std::move(display.outcome);
+    const bool hasLeftNothing = capture.succeeded && capture.frame.isEmpty();
+    Frame replaced;
     if (capture.succeeded) {
         display.times.add(commandEnded - commandBegan);
-        if (!capture.frame.isEmpty())
-            display.lastFrame = capture.frame;
+        if (!hasLeftNothing)
+            replaced = keep(display, std::move(capture.frame));
     }
-    const Frame outcome = bestAfter(display, capture);
-    display.outcome = outcome;
+    display.outcome = &bestAfter(display, capture.succeeded, hasLeftNothing);
     display.outcomeBegan = began;
     display.isCapturing = false;
-    lock.unlock();
     display.captured.notify_all();
-    return outcome;
+    return replaced;
 }
 
-Frame DisplayFrames::bestAfter(const Display &display, const FrameSource::Capture &capture) const
+Frame DisplayFrames::keep(Display &display, Frame frame)
+{
+    memory -= display.lastFrame.memory();
+    // Room for the main display there is always: all others may have to show it.
+    display.hasNoRoom = &display != &mainDisplay && memory + frame.memory() > mostMemory;
+    if (display.hasNoRoom)
+        frame = {};
+    memory += frame.memory();
+    display.lastFrame.supersede();
+    return std::exchange(display.lastFrame, std::move(frame));
+}
+
+const DisplayFrames::Display &DisplayFrames::bestAfter(const Display &display, bool hasSucceeded,
+                                                       bool hasLeftNothing) const
 {
     // A command that succeeds and leaves nothing means that there is no such display (the main display's stands in);
     // one that fails may do better next time.
-    const bool leftNothing = capture.succeeded && capture.frame.isEmpty();
-    if (leftNothing && display.number > 1 && !mainDisplay.lastFrame.isEmpty())
-        return mainDisplay.lastFrame;
-    if (!capture.succeeded && display.lastFrame.isEmpty())
-        return mainDisplay.lastFrame;
-    return display.lastFrame;
+    if (hasLeftNothing && display.number > 1 && !mainDisplay.lastFrame.isEmpty())
+        return mainDisplay;
+    if (!hasSucceeded && display.lastFrame.isEmpty())
+        return mainDisplay;
+    return display;
 }
 
 } // namespace orvalen

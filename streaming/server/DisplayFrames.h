@@ -35,40 +35,66 @@ public:
 
     private:
         friend class DisplayFrames;
-        Viewer(DisplayFrames &frames, Display &display) : frames(frames), display(display) {}
+        Viewer(DisplayFrames &frames, Display &display) : frames(frames), display(&display) {}
 
         DisplayFrames &frames;
-        Display &display;
+        Display *display;
         bool hasSeenFrame = false;
     };
 
-    explicit DisplayFrames(FrameSource &source, std::size_t mostDisplays = limits::displays);
+    explicit DisplayFrames(FrameSource &source, std::size_t mostDisplays = limits::displays,
+                           std::size_t mostMemory = limits::allFramesBytes);
 
-    /// A viewer of the display with this number, which may be any. Once there are as many displays as are kept, the
-    /// main display stands in for the numbers that are not among them.
+    /// A viewer of the display with this number, which may be any. Once there are as many displays as are kept, or
+    /// their last frames take as much memory as they may, the main display stands in for the numbers that are not
+    /// among them, and for those whose frame finds no room.
     [[nodiscard]] Viewer watch(std::int64_t number);
 
 private:
+    /// The two who lately asked for a frame of a display: enough to know whether anybody is alone with it. A viewer
+    /// that is connected and does not ask counts for nothing.
+    class Askers
+    {
+    public:
+        void add(const Viewer &viewer, FrameSource::Time time);
+        void remove(const Viewer &viewer);
+        [[nodiscard]] bool isAlone(const Viewer &viewer, FrameSource::Time time) const;
+
+    private:
+        struct Asker
+        {
+            const Viewer *viewer = nullptr;
+            FrameSource::Time time{};
+        };
+        Asker last;
+        Asker lastOther;
+    };
+
     struct Display
     {
         explicit Display(std::int64_t number) : number(number) {}
 
         const std::int64_t number;
-        int viewers = 0;
+        Askers askers;
         bool isCapturing = false;
-        Frame lastFrame; ///< The last that was captured of this display.
-        Frame outcome;   ///< What the last capture, good or bad, handed out.
+        bool hasNoRoom = false;           ///< From now on it shows the main display.
+        Frame lastFrame;                  ///< The last that was captured of this display.
+        const Display *outcome = nullptr; ///< Whose last frame the last capture, good or bad, handed out.
         std::optional<FrameSource::Time> outcomeBegan;
         CaptureTimes times;
         std::condition_variable captured;
     };
 
-    Frame next(Display &display, bool hasSeenFrame) noexcept;
-    Frame bestAfter(const Display &display, const FrameSource::Capture &capture) const;
+    Frame next(Viewer &viewer) noexcept;
+    Frame capture(Display &display, const Rhythm &rhythm, std::unique_lock<std::mutex> &lock) noexcept;
+    Frame keep(Display &display, Frame frame);
+    const Display &bestAfter(const Display &display, bool hasSucceeded, bool hasLeftNothing) const;
 
     FrameSource &source;
     const std::size_t mostDisplays;
-    std::mutex mutex; ///< Never held while a capture runs.
+    const std::size_t mostMemory;
+    std::size_t memory = 0; ///< Of the last frames of all displays.
+    std::mutex mutex;       ///< Never held while a capture runs.
     std::map<std::int64_t, Display> displays;
     Display &mainDisplay;
 };

@@ -14,6 +14,7 @@ namespace orvalen {
 struct alignas(64) Frame::Block
 {
     std::atomic<std::size_t> owners = 1;
+    std::atomic<bool> isSuperseded = false;
     std::size_t mapped = 0;
     std::size_t size = 0;
 
@@ -23,6 +24,7 @@ struct alignas(64) Frame::Block
 // Not from the heap: frames of changing size, made by ever other threads, would leave it many times as large. The pages
 // of the last frame that went are kept for the next: new ones would have to be cleared and mapped one by one.
 std::atomic<Frame::Block *> Frame::spare = nullptr;
+std::atomic<std::size_t> Frame::superseded = 0;
 
 Frame::Block *Frame::allocate(std::size_t capacity) noexcept
 {
@@ -30,6 +32,7 @@ Frame::Block *Frame::allocate(std::size_t capacity) noexcept
     if (Block *const kept = spare.exchange(nullptr)) {
         if (kept->mapped >= wanted && kept->mapped / 2 <= wanted) {
             kept->owners = 1;
+            kept->isSuperseded = false;
             kept->size = 0;
             return kept;
         }
@@ -54,6 +57,8 @@ Frame::~Frame()
 {
     if (!block || block->owners.fetch_sub(1, std::memory_order_acq_rel) != 1)
         return;
+    if (block->isSuperseded)
+        superseded -= block->mapped;
     if (Block *const replaced = spare.exchange(block))
         ::munmap(replaced, replaced->mapped);
 }
@@ -92,6 +97,27 @@ Frame Frame::ofFile(int descriptor, std::size_t limit) noexcept
 std::string_view Frame::bytes() const
 {
     return block ? std::string_view(block->bytes(), block->size) : std::string_view();
+}
+
+std::size_t Frame::memory() const
+{
+    return block ? block->mapped : 0;
+}
+
+void Frame::supersede() noexcept
+{
+    if (block && !block->isSuperseded.exchange(true))
+        superseded += block->mapped;
+}
+
+bool Frame::isSuperseded() const
+{
+    return block && block->isSuperseded;
+}
+
+std::size_t Frame::supersededMemory()
+{
+    return superseded;
 }
 
 } // namespace orvalen

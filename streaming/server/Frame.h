@@ -31,6 +31,14 @@ public:
 
     [[nodiscard]] bool isEmpty() const { return block == nullptr; }
     [[nodiscard]] std::string_view bytes() const;
+    /// The memory that it takes, which is more than its bytes.
+    [[nodiscard]] std::size_t memory() const;
+
+    /// Its display has a newer one: whoever still holds this one, or a copy, keeps memory that nobody else needs.
+    void supersede() noexcept;
+    [[nodiscard]] bool isSuperseded() const;
+    /// The memory of all frames that are superseded and still held.
+    [[nodiscard]] static std::size_t supersededMemory();
 
 private:
     struct Block;
@@ -39,6 +47,7 @@ private:
     static Block *allocate(std::size_t capacity) noexcept;
 
     static std::atomic<Block *> spare;
+    static std::atomic<std::size_t> superseded;
     Block *block = nullptr;
 };
 

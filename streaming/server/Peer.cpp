@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
+#include <optional>
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -73,11 +74,15 @@ std::ptrdiff_t Peer::receive(std::span<char> room, Clock::time_point deadline)
     }
 }
 
-bool Peer::send(std::span<iovec> pieces)
+bool Peer::send(std::span<iovec> pieces, const std::function<bool()> &mustHurry)
 {
+    const auto began = Clock::now();
+    const auto isInTime = [&] {
+        const auto duration = Clock::now() - began;
+        return duration < patience.part && (duration < patience.hurriedPart || !mustHurry || !mustHurry());
+    };
     bool isLimited = expectsFrames;
-    bool isSent = false;
-    while (!isSent) {
+    for (;;) {
         msghdr message = {};
         message.msg_iov = pieces.data();
         message.msg_iovlen = static_cast<decltype(message.msg_iovlen)>(pieces.size());
@@ -86,14 +91,14 @@ bool Peer::send(std::span<iovec> pieces)
             continue;
         if (sent < 0 && errno != EAGAIN)
             return false;
-        isSent = !advance(pieces, sent > 0 ? static_cast<std::size_t>(sent) : 0);
-        if (isSent)
+        if (!advance(pieces, sent > 0 ? static_cast<std::size_t>(sent) : 0))
             break;
         if (isLimited) {
-            // What was begun goes to the kernel as far as there is room: a slow peer then keeps none of our memory.
+            // What was begun goes to the kernel as far as there is room. There often is for all of it, and then a slow
+            // peer keeps none of our memory; where there is less, it keeps the frame until it is in time no more.
             limitUnsent(0);
             isLimited = false;
-        } else if (!waitUntilWritable()) {
+        } else if (!waitUntilWritable(isInTime)) {
             return false;
         }
     }
@@ -125,23 +130,23 @@ int Peer::unacknowledged() const
     return ::ioctl(socket.get(), TIOCOUTQ, &bytes) == 0 ? bytes : std::numeric_limits<int>::max();
 }
 
-bool Peer::waitUntilWritable()
+bool Peer::waitUntilWritable(const std::function<bool()> &isInTime)
 {
-    int least = std::numeric_limits<int>::max();
+    std::optional<int> least; // that was unacknowledged
     auto deadline = Clock::now() + patience.sending;
-    for (;;) {
-        const auto now = Clock::now();
-        const auto glance = now + std::chrono::duration_cast<Clock::duration>(patience.sendingGlance);
+    while (!isInTime || isInTime()) {
+        const auto glance = Clock::now() + std::chrono::duration_cast<Clock::duration>(patience.sendingGlance);
         const auto events = waitFor(socket, POLLOUT, std::min(deadline, glance));
         if (events != 0)
             return (events & (POLLERR | POLLHUP | POLLNVAL)) == 0;
-        if (const int left = unacknowledged(); left < least) {
-            deadline = least == std::numeric_limits<int>::max() ? deadline : Clock::now() + patience.sending;
-            least = left;
-        }
+        const int left = unacknowledged();
+        if (least && left < *least)
+            deadline = Clock::now() + patience.sending;
+        least = std::min(left, least.value_or(left));
         if (Clock::now() >= deadline)
             return false;
     }
+    return false;
 }
 
 bool Peer::rest(std::chrono::milliseconds duration)

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <span>
 
 #include <sys/uio.h>
@@ -17,6 +18,9 @@ struct Patience
     std::chrono::nanoseconds request = limits::requestTime;
     std::chrono::nanoseconds sending = limits::sendingTime;
     std::chrono::nanoseconds sendingGlance = limits::sendingGlance;
+    std::chrono::nanoseconds part = limits::partTime;
+    std::chrono::nanoseconds hurriedPart = limits::hurriedPartTime;
+    std::size_t heldBytes = limits::heldBytes;
     std::chrono::nanoseconds farewell = limits::farewellTime;
 };
 
@@ -31,8 +35,9 @@ public:
     /// Waits for bytes and reads what there is: how many; 0 if no more will come, −1 if the time is up.
     [[nodiscard]] std::ptrdiff_t receive(std::span<char> room, Clock::time_point deadline);
 
-    /// Sends all pieces, which are used up. False if the peer is gone, or takes nothing.
-    [[nodiscard]] bool send(std::span<iovec> pieces);
+    /// Sends all pieces, which are used up. False if the peer is gone, takes nothing, or takes too long; `mustHurry`,
+    /// asked now and then while the peer takes long, makes that sooner.
+    [[nodiscard]] bool send(std::span<iovec> pieces, const std::function<bool()> &mustHurry = {});
 
     /// From now on frames are sent: each goes at once, and little of what the peer does not take lies waiting.
     void expectFrames();
@@ -54,7 +59,7 @@ public:
     void breakOffWhenClosed();
 
 private:
-    bool waitUntilWritable();
+    bool waitUntilWritable(const std::function<bool()> &isInTime = {});
     void limitUnsent(int bytes);
     [[nodiscard]] int unacknowledged() const;
 

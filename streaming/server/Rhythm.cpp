@@ -26,10 +26,10 @@ std::optional<std::chrono::nanoseconds> CaptureTimes::longest() const
     return *std::max_element(last.begin(), last.begin() + static_cast<std::ptrdiff_t>(std::min(count, last.size())));
 }
 
-Rhythm rhythmFor(int viewers, bool hasSeenFrame, const CaptureTimes &times)
+Rhythm rhythmFor(bool isAlone, bool hasSeenFrame, const CaptureTimes &times)
 {
     const auto expected = times.longest();
-    if (viewers != 1 || !hasSeenFrame || !expected)
+    if (!isAlone || !hasSeenFrame || !expected)
         return {};
     return {std::max(captureStep - *expected - margin, std::chrono::nanoseconds(0)), captureStep};
 }

@@ -35,6 +35,6 @@ struct Rhythm
 /// good to be repeated, and so see every picture twice. Capture and pause together therefore last as long as a capture
 /// is good, and the command starts as late as it can: the picture is young when it is sent. Several viewers keep one
 /// another's captures going and want each frame as soon as it is there, and so does one who has none yet.
-[[nodiscard]] Rhythm rhythmFor(int viewers, bool hasSeenFrame, const CaptureTimes &times);
+[[nodiscard]] Rhythm rhythmFor(bool isAlone, bool hasSeenFrame, const CaptureTimes &times);
 
 } // namespace orvalen

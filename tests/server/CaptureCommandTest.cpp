@@ -2,6 +2,8 @@
 
 #include <csignal>
 #include <cstdint>
+#include <filesystem>
+#include <future>
 #include <sstream>
 #include <thread>
 #include <vector>
@@ -83,17 +85,21 @@ TEST_F(CaptureCommandTest, getsDefaultSignals)
 
 TEST_F(CaptureCommandTest, waitsForWhoeverMakesADescriptor)
 {
-    commandIs("exit 0");
+    commandIs("echo done >\"$1\"");
     std::unique_lock lock(descriptors);
-    std::atomic<bool> ended = false;
+    std::promise<void> isRunning;
     std::thread runner([&] {
+        isRunning.set_value();
         EXPECT_TRUE(run());
-        ended = true;
     });
-    EXPECT_FALSE(ended);
+    isRunning.get_future().wait();
+    // Time in which a command that waits for nobody would leave its mark many times over.
+    for (int i = 0; i < 30 && !std::filesystem::exists(folder / "out"); ++i)
+        std::this_thread::sleep_for(10ms);
+    EXPECT_FALSE(std::filesystem::exists(folder / "out"));
     lock.unlock();
     runner.join();
-    EXPECT_TRUE(ended);
+    EXPECT_EQ(test::contentsOf(folder / "out"), "done\n");
 }
 
 TEST_F(CaptureCommandTest, whatHangsIsKilledWithAllItStarted)

@@ -1,5 +1,6 @@
 #include "streaming/server/Connection.h"
 
+#include <algorithm>
 #include <future>
 #include <string>
 #include <thread>
@@ -101,7 +102,7 @@ protected:
     }
 
     /// The server has closed the connection, after whatever it had sent.
-    bool isCutWithin(std::chrono::seconds limit)
+    bool isCutWithin(std::chrono::milliseconds limit)
     {
         const auto end = std::chrono::steady_clock::now() + limit;
         while (!isServed && std::chrono::steady_clock::now() < end)
@@ -258,6 +259,46 @@ TEST_F(ConnectionTest, alsoIfTheSystemHasKeptTheFrame)
     patience.sendingGlance = 50ms;
     serve();
     say("GET /stream.mjpg HTTP/1.1\r\n\r\n");
+    EXPECT_TRUE(isCutWithin(20s));
+}
+
+TEST_F(ConnectionTest, aFrameIsNotHeldForEverHoweverSteadilyItDrips)
+{
+    source.picture.assign(8'000'000, 'p');
+    patience.part = 500ms;
+    patience.sendingGlance = 50ms;
+    serve();
+    say("GET /stream.mjpg HTTP/1.1\r\n\r\n");
+    std::size_t heard = 0;
+    char room[16 * 1024];
+    for (int i = 0; i < 2000 && !isServed; ++i) {
+        heard += std::size_t(std::max<ssize_t>(0, ::recv(ends.client.get(), room, sizeof room, MSG_DONTWAIT)));
+        std::this_thread::sleep_for(10ms);
+    }
+    EXPECT_TRUE(isServed);
+    EXPECT_GT(heard, 0U);
+    EXPECT_LT(heard, source.picture.size());
+}
+
+TEST_F(ConnectionTest, whoHoldsAnOldFrameIsLetGoWhenTooMuchIsHeld)
+{
+    source.picture.assign(8'000'000, 'p');
+    patience.hurriedPart = 100ms;
+    patience.sendingGlance = 20ms;
+    patience.heldBytes = 12'000'000;
+    serve();
+    say("GET /stream.mjpg HTTP/1.1\r\n\r\n");
+    (void)hear("ppp"); // and reads no more
+    auto other = frames.watch(1);
+    const auto nextFrame = [&] {
+        std::this_thread::sleep_for(contract::frameReuse);
+        return other.nextFrame();
+    };
+    EXPECT_FALSE(isCutWithin(300ms)); // its frame is the newest
+    const Frame second = nextFrame();
+    EXPECT_FALSE(isCutWithin(300ms)); // one that is superseded is not too much
+    const Frame third = nextFrame();
+    EXPECT_TRUE(second.isSuperseded());
     EXPECT_TRUE(isCutWithin(20s));
 }
 

@@ -1,5 +1,6 @@
 #include "streaming/server/DisplayFrames.h"
 
+#include <algorithm>
 #include <functional>
 #include <future>
 #include <string>
@@ -148,7 +149,8 @@ TEST_F(DisplayFramesTest, aFailureRestsAndThenBringsTheDisplaysLastFrame)
     (void)frames.watch(1).nextFrame();
     source.behaviour = [](std::int64_t) { return FakeSource::good("second"); };
     (void)viewer.nextFrame();
-    source.pass(1s);
+    (void)other.nextFrame();
+    source.pass(500ms);
     source.behaviour = [](std::int64_t) { return FakeSource::failed(); };
     EXPECT_EQ(viewer.nextFrame().bytes(), "second");
     EXPECT_THAT(source.slept, ElementsAre(1500ms));
@@ -356,14 +358,147 @@ TEST_F(DisplayFramesTest, aSecondViewerEndsTheRhythmAndItsGoingBringsItBack)
     (void)viewer.nextFrame();
     {
         auto other = frames.watch(1);
-        source.pass(1s);
+        (void)other.nextFrame();
+        source.pass(500ms);
         (void)viewer.nextFrame();
         EXPECT_TRUE(source.slept.empty());
     }
-    auto elsewhere = frames.watch(2);
-    source.pass(1s);
+    (void)frames.watch(2).nextFrame();
+    source.pass(100ms);
     (void)viewer.nextFrame();
     EXPECT_THAT(source.slept, ElementsAre(10ms, 2ms));
+}
+
+TEST_F(DisplayFramesTest, soDoesItsSilenceOfASecond)
+{
+    source.behaviour = [this](std::int64_t) {
+        source.pass(8ms);
+        return FakeSource::good("picture");
+    };
+    auto viewer = frames.watch(1);
+    auto stalled = frames.watch(1);
+    (void)viewer.nextFrame();
+    (void)stalled.nextFrame(); // 8 ms after the beginning
+    for (int i = 0; i < 9; ++i) {
+        source.pass(100ms);
+        (void)viewer.nextFrame();
+    }
+    EXPECT_TRUE(source.slept.empty()); // 980 ms
+    source.pass(100ms);
+    (void)viewer.nextFrame();
+    EXPECT_THAT(source.slept, ElementsAre(10ms, 2ms));
+    (void)stalled.nextFrame(); // has woken up
+    source.pass(100ms);
+    (void)viewer.nextFrame();
+    EXPECT_THAT(source.slept, ElementsAre(10ms, 2ms));
+}
+
+TEST_F(DisplayFramesTest, evenOfTheOneWhoAskedLast)
+{
+    auto viewer = frames.watch(1);
+    (void)viewer.nextFrame();
+    {
+        auto other = frames.watch(1);
+        (void)other.nextFrame();
+    }
+    source.pass(100ms);
+    (void)viewer.nextFrame();
+    EXPECT_THAT(source.slept, ElementsAre(18ms, 2ms));
+}
+
+TEST_F(DisplayFramesTest, aFrameIsSupersededByTheNextAndNotBefore)
+{
+    auto viewer = frames.watch(1);
+    const Frame first = viewer.nextFrame();
+    source.behaviour = [](std::int64_t) { return FakeSource::failed(); };
+    source.pass(1s);
+    EXPECT_FALSE(viewer.nextFrame().isSuperseded());
+    (void)frames.watch(2).nextFrame();
+    EXPECT_FALSE(first.isSuperseded());
+    source.behaviour = [](std::int64_t) { return FakeSource::good("next"); };
+    source.pass(1s);
+    const Frame second = viewer.nextFrame();
+    EXPECT_TRUE(first.isSuperseded());
+    EXPECT_FALSE(second.isSuperseded());
+}
+
+TEST_F(DisplayFramesTest, noDisplayKeepsAnothersOldFrame)
+{
+    source.behaviour = [](std::int64_t display) {
+        return display == 1 ? FakeSource::good("main") : FakeSource::nothing();
+    };
+    const auto before = Frame::supersededMemory();
+    for (std::int64_t display = 2; display < 20; ++display) {
+        (void)frames.watch(1).nextFrame();
+        EXPECT_EQ(frames.watch(display).nextFrame().bytes(), "main");
+        source.pass(1s);
+    }
+    EXPECT_EQ(Frame::supersededMemory(), before);
+}
+
+TEST_F(DisplayFramesTest, lastFramesTakeNoMoreMemoryThanTheyMay)
+{
+    constexpr std::size_t size = 100'000;
+    DisplayFrames few(source, 256, 10 * size);
+    source.behaviour = [](std::int64_t display) {
+        return FakeSource::good(std::to_string(display) + std::string(size, ' '));
+    };
+    std::int64_t display = 1;
+    for (bool isItsOwn = true; isItsOwn && display < 100; ++display)
+        isItsOwn = few.watch(display).nextFrame().bytes().starts_with(std::to_string(display) + ' ');
+    const auto refused = display - 1;
+    EXPECT_GE(refused, 5); // somewhat more is taken than the bytes
+    EXPECT_LE(refused, 11);
+    const auto captures = source.captured.size();
+    EXPECT_TRUE(few.watch(refused).nextFrame().bytes().starts_with("1 "));
+    EXPECT_TRUE(few.watch(1000).nextFrame().bytes().starts_with("1 "));
+    EXPECT_TRUE(few.watch(-1).nextFrame().bytes().starts_with("1 "));
+    EXPECT_EQ(source.captured.size(), captures); // the main display's was young enough
+    source.pass(1s);
+    EXPECT_TRUE(few.watch(2).nextFrame().bytes().starts_with("2 "));
+    EXPECT_TRUE(few.watch(1000).nextFrame().bytes().starts_with("1 "));
+}
+
+TEST_F(DisplayFramesTest, aDisplayWhoseFrameFindsNoRoomShowsTheMainOneFromThenOn)
+{
+    DisplayFrames small(source, 256, 500'000);
+    source.behaviour = [](std::int64_t display) { return FakeSource::good(std::to_string(display)); };
+    auto main = small.watch(1);
+    auto viewer = small.watch(2);
+    (void)main.nextFrame();
+    EXPECT_EQ(viewer.nextFrame().bytes(), "2");
+    source.behaviour = [](std::int64_t display) {
+        return FakeSource::good(display == 1 ? "1" : std::string(600'000, '2'));
+    };
+    source.pass(1s);
+    EXPECT_EQ(viewer.nextFrame().bytes(), "1");
+    EXPECT_EQ(small.watch(2).nextFrame().bytes(), "1");
+    // What it kept is free for another; the main display's own is kept however large it is.
+    EXPECT_EQ(small.watch(3).nextFrame().bytes(), "1");
+    source.behaviour = [](std::int64_t display) {
+        return FakeSource::good(display == 1 ? std::string(600'000, '1') : std::to_string(display));
+    };
+    source.pass(1s);
+    EXPECT_EQ(main.nextFrame().bytes(), std::string(600'000, '1'));
+    EXPECT_EQ(small.watch(4).nextFrame().bytes(), std::string(600'000, '1'));
+}
+
+TEST_F(DisplayFramesTest, whoWaitedForAFrameWithoutRoomSeesTheMainDisplay)
+{
+    Gate gate;
+    DisplayFrames small(source, 256, 500'000);
+    source.behaviour = [&](std::int64_t display) {
+        return display == 1 ? FakeSource::good("1") : gate.pass(FakeSource::good(std::string(600'000, '2')));
+    };
+    auto first = small.watch(2);
+    auto second = small.watch(2);
+    auto one = source.arriving([&] { return first.nextFrame(); });
+    gate.entered.get_future().wait();
+    auto other = source.arriving([&] { return second.nextFrame(); });
+    gate.open.set_value();
+    EXPECT_EQ(one.get().bytes(), "1");
+    EXPECT_EQ(other.get().bytes(), "1");
+    EXPECT_EQ(std::count(source.captured.begin(), source.captured.end(), 2), 1);
 }
 
 TEST_F(DisplayFramesTest, thereAreNeverMoreThanTenCapturesASecond)

@@ -74,6 +74,37 @@ TEST(Frame, theNextOneTakesItsPages)
     EXPECT_EQ(other.bytes(), large);
 }
 
+TEST(Frame, isCountedWhileItIsSupersededAndHeld)
+{
+    const auto before = Frame::supersededMemory();
+    Frame frame = Frame::of(std::string(100'000, 'f'));
+    EXPECT_GE(frame.memory(), 100'000U);
+    EXPECT_LE(frame.memory(), 250'000U);
+    const auto memory = frame.memory();
+    Frame copy = frame;
+    frame.supersede();
+    EXPECT_TRUE(copy.isSuperseded());
+    EXPECT_EQ(Frame::supersededMemory(), before + memory);
+    copy.supersede();
+    EXPECT_EQ(Frame::supersededMemory(), before + memory);
+    frame = {};
+    EXPECT_EQ(Frame::supersededMemory(), before + memory);
+    copy = {};
+    EXPECT_EQ(Frame::supersededMemory(), before);
+    EXPECT_FALSE(Frame::of(std::string(100'000, 'n')).isSuperseded()); // in the same pages
+    EXPECT_EQ(Frame::supersededMemory(), before);
+}
+
+TEST(Frame, anEmptyOneTakesNothing)
+{
+    Frame empty;
+    const auto before = Frame::supersededMemory();
+    empty.supersede();
+    EXPECT_FALSE(empty.isSuperseded());
+    EXPECT_EQ(empty.memory(), 0U);
+    EXPECT_EQ(Frame::supersededMemory(), before);
+}
+
 TEST(Frame, beginsWhereCopyingIsFast)
 {
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(Frame::of("picture").bytes().data()) % 64, 0U);

@@ -122,9 +122,10 @@ class StreamServer:
 
     def port(self):
         try:
-            return int(PORT_FILE.read_text() or 0)
+            text = PORT_FILE.read_text()
         except FileNotFoundError:
             return None
+        return int(text) if text.isdecimal() else None
 
     def connect(self, timeout=20):
         return socket.create_connection(('127.0.0.1', self.port()), timeout)

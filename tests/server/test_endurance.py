@@ -1,4 +1,6 @@
 """Many, silent, slow and rude clients."""
+import contextlib
+import fcntl
 import socket
 import struct
 import time
@@ -89,3 +91,39 @@ def test_whoever_does_nothing_is_let_go_and_costs_nobody_anything(server, tmp_pa
         assert eventually(lambda: hanging.frame() and len([line for line in server.log() if '-D 2' in line]) > 1)
         for connection in silent + stalled + dripping:
             connection.close()
+
+
+@contextlib.contextmanager
+def packets_of(size):
+    """The loopback interface, with packets like those of a cable: the system keeps much less for a connection then."""
+    set_size, get_size = 0x8922, 0x8921
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as any_socket:
+        before = fcntl.ioctl(any_socket, get_size, struct.pack('16si20x', b'lo', 0))
+        fcntl.ioctl(any_socket, set_size, struct.pack('16si20x', b'lo', size))
+        try:
+            yield
+        finally:
+            fcntl.ioctl(any_socket, set_size, before)
+
+
+def test_viewers_that_stall_at_different_frames_do_not_keep_them_all(server, tmp_path):
+    size = 1_000_000
+    (tmp_path / 'picture').write_bytes(b'p' * size)
+    server.command('cp %s/picture "$file"' % tmp_path)
+    server.start()
+    with packets_of(1500), server.stream() as viewer, contextlib.ExitStack() as stalled:
+        for _ in range(10):
+            viewer.frame()
+        memory = most = server.memory()
+        for _ in range(60):
+            connection = stalled.enter_context(socket.socket())
+            connection.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, 4096)
+            connection.connect(('127.0.0.1', server.port()))
+            connection.sendall(b'GET /stream.mjpg HTTP/1.0\r\n\r\n')
+            for _ in range(2):  # the next one is given another frame
+                viewer.frame()
+            most = max(most, server.memory())
+        # What may be held, and what comes to it while the oldest of the holders are borne with: 16 MiB and some 3 s.
+        assert most - memory < 45 * size
+        assert server.threads() < 50
+        assert most - memory > 10 * size, 'they held nothing, so nothing was tested'

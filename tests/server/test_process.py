@@ -51,9 +51,8 @@ def test_all_interfaces_are_served(running):
 
 
 def test_the_port_file_is_cut_to_the_number(server):
-    PORT_FILE.write_text('9000 and much more from before')
-    PORT_FILE.write_text('')  # as start() waits for a number
-    server.start()
+    PORT_FILE.write_text('90001234 and much more from before')
+    server.start()  # waits for a number and nothing else
     assert PORT_FILE.read_bytes() == b'8999'
 
 

@@ -1,6 +1,7 @@
 """Which frame a viewer gets, and what is run for it."""
 import itertools
 import os
+import statistics
 import threading
 import time
 
@@ -190,7 +191,7 @@ def test_a_slow_viewer_gets_fresh_frames(server, tmp_path):
     server.start()
     with server.stream() as stream:
         ages = []
-        for _ in range(6):
+        for _ in range(16):
             frame = bytearray()
             head = stream.until(b'\r\n\r\n')
             length = int(head.split(b'Content-Length: ')[1])
@@ -199,8 +200,8 @@ def test_a_slow_viewer_gets_fresh_frames(server, tmp_path):
                 time.sleep(0.05)
             stream.exactly(2)
             ages.append(time.time() - float(frame[:20]))
-    # The time to read one frame and what both kernels hold of the one before: no queue of frames.
-    assert max(ages) < 5
+    # The time to read one frame and what both kernels hold of the one before: no queue of frames, which would grow.
+    assert statistics.median(ages[-4:]) < statistics.median(ages[1:5]) + 0.3, ages
 
 
 def test_a_stream_breaks_and_does_not_end_when_the_server_is_killed(running):
