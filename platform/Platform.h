@@ -3,25 +3,33 @@
 #include <memory>
 #include <string>
 
+#include "platform/Application.h"
 #include "platform/ChildProcesses.h"
 #include "platform/Clock.h"
 #include "platform/ColorScheme.h"
 #include "platform/Dispatch.h"
+#include "platform/Documents.h"
 #include "platform/GraphicsCopies.h"
 #include "platform/HostName.h"
+#include "platform/HotKeys.h"
 #include "platform/InputIdleTime.h"
+#include "platform/LocalisedDates.h"
 #include "platform/NetworkInterfaces.h"
 #include "platform/Notifications.h"
 #include "platform/Pasteboard.h"
+#include "platform/PowerAssertions.h"
 #include "platform/PowerSources.h"
 #include "platform/Processors.h"
 #include "platform/ScreenCaptureAccess.h"
+#include "platform/SettingsPages.h"
 #include "platform/SettingsStore.h"
 #include "platform/Sounds.h"
 #include "platform/Speech.h"
+#include "platform/StatusBar.h"
 #include "platform/TemperatureSensors.h"
 #include "platform/TextFiles.h"
 #include "platform/UrlOpener.h"
+#include "platform/UsbTree.h"
 
 namespace orvalen {
 
@@ -48,6 +56,14 @@ struct Platform
     std::unique_ptr<ScreenCaptureAccess> captureAccess;
     std::unique_ptr<Speech> speech;
     std::unique_ptr<TextFiles> files;
+    std::unique_ptr<HotKeys> hotKeys;
+    std::unique_ptr<PowerAssertions> powerAssertions;
+    std::unique_ptr<Application> application;
+    std::unique_ptr<StatusBar> statusBar;
+    std::unique_ptr<UsbTree> usb;
+    std::unique_ptr<SettingsPages> settingsPages;
+    std::unique_ptr<LocalisedDates> dates;
+    std::unique_ptr<Documents> documents;
     std::string streamServer; ///< Absolute path of the stream server's program.
 
     /// Main thread. Installing twice, or a platform with a service missing, is a programming error and aborts.
