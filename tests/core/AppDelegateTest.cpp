@@ -11,6 +11,7 @@
 #include "system/HotKeyManager.h"
 #include "tests/support/ApplicationFakes.h"
 #include "tests/support/FakeMachine.h"
+#include "tests/support/SystemFakes.h"
 
 namespace orvalen {
 namespace {
@@ -73,10 +74,10 @@ protected:
     test::FakeMachine machine;
     test::FakeThermalEngine engine{machine};
     OfflineBridgeManager bridges{machine.interfaces};
-    test::NoHotKeys noKeys;
+    test::FakeHotKeys hotKeys{machine.diary};
     RecordingState state{(machine.sensors.set(38.6), machine.stateServices(engine))};
     RecordingServer server{machine.streamServices(bridges)};
-    DiaryHotKeyManager keys{{noKeys, machine.world, state, server, machine.console}, machine.diary};
+    DiaryHotKeyManager keys{{hotKeys, machine.world, state, server, machine.console}, machine.diary};
     test::FakeApplication application{machine.diary};
     test::FakeStatusBar bar{machine.diary};
     std::unique_ptr<AppDelegate> delegate;

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "platform/Application.h"
-#include "platform/HotKeys.h"
 #include "platform/StatusBar.h"
 #include "tests/support/StreamFakes.h"
 
@@ -104,13 +103,6 @@ private:
     };
 
     Diary &diary;
-};
-
-/// A keyboard without such a service.
-struct NoHotKeys : HotKeys
-{
-    std::unique_ptr<HotKeyHandle> installHandler(Handler) override { return nullptr; }
-    std::unique_ptr<HotKeyHandle> registerHotKey(const HotKey &) override { return nullptr; }
 };
 
 } // namespace orvalen::test
