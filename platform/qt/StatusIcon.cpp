@@ -74,12 +74,15 @@ QImage numberShape(const QString &number, int size)
     QImage shape = transparent(size);
     const double room = size - 2.0; // within the edge
     const QFont font = numberFont(number, std::round(numberHeight * size), room);
-    const QRectF ink = QFontMetricsF(font).tightBoundingRect(number);
+    const QFontMetricsF metrics(font);
+    const QRectF ink = metrics.tightBoundingRect(number);
+    const double overshoot = metrics.tightBoundingRect(QStringLiteral("0")).bottom();
     QPainter painter(&shape);
     painter.setRenderHint(QPainter::TextAntialiasing);
     painter.setFont(font);
     painter.setPen(Qt::black);
-    painter.drawText(QPointF(std::round((size - ink.width()) / 2 - ink.left()), size - 1), number);
+    painter.drawText(QPointF(std::round((size - ink.width()) / 2 - ink.left()), size - 1 - std::round(overshoot)),
+                     number);
     return shape;
 }
 
