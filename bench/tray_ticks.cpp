@@ -49,7 +49,8 @@ void live(int milliseconds)
 {
     QElapsedTimer lived;
     for (lived.start(); lived.elapsed() < milliseconds;)
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, milliseconds);
+        QCoreApplication::processEvents(QEventLoop::AllEvents |
+                                        QEventLoop::WaitForMoreEvents); // sleeps; the alarm wakes it
 }
 
 } // namespace

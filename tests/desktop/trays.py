@@ -108,7 +108,6 @@ class EmbeddingTray(Tray):
         self.process = self.desktop.start_service(
             self.name, ['trayer', '--edge', 'bottom', '--align', 'right', '--widthtype', 'request', '--height', '28',
                         '--SetDockType', 'true'])
-        # Its window is on the screen from the first icon on.
         wait_for(lambda: '"trayer"' in self.desktop.output(['xwininfo', '-root', '-tree']), 20, 'the tray')
 
     def end(self):
