@@ -81,7 +81,7 @@ class Panel(Tray):
 
     name = 'lxqt-panel'
 
-    def __init__(self, desktop, background='#000000'):
+    def __init__(self, desktop, background='#f4f5f7'):
         super().__init__(desktop)
         file = desktop.folder / 'home/.config/lxqt/panel.conf'
         file.parent.mkdir(parents=True)
