@@ -1,4 +1,5 @@
 """A person at a black screen: keys that work whatever window is in front."""
+import signal
 import subprocess
 import time
 from pathlib import Path
@@ -196,3 +197,19 @@ def test_the_keys_end_with_the_program(desktop):
     program.terminate()
     assert program.wait(10) == 0
     assert Grabber(desktop, 'w', SUPER_ALT).is_granted()
+
+
+@pytest.mark.parametrize('number', [signal.SIGKILL, signal.SIGSTOP], ids=['dies', 'hangs'])
+def test_an_x_server_that_fails_takes_along_no_program_that_shows_its_windows_elsewhere(desktop, voice, number):
+    desktop.choose(PROGRAM, smartModeEnabled='false')
+    program = desktop.start(PROGRAM, {'QT_QPA_PLATFORM': 'offscreen'})
+    wait_for(lambda: desktop.written() == GREETING, what='a word of the program')
+    desktop.keys(CAST)
+    voice.wait_for_sentence(1)
+    server = desktop.processes[0]
+    server.send_signal(number)
+    time.sleep(1)  # "goes on" has no condition to wait for
+    assert program.poll() is None
+    program.terminate()
+    assert program.wait(10) == 0
+    server.send_signal(signal.SIGCONT)
