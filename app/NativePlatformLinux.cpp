@@ -10,6 +10,7 @@
 #include "platform/linux/FontsWarmUp.h"
 #include "platform/linux/GraphicsCopiesVulkan.h"
 #include "platform/linux/HostNameAvahi.h"
+#include "platform/linux/HotKeysX11.h"
 #include "platform/linux/InputIdleTimeX11.h"
 #include "platform/linux/NotificationsDBus.h"
 #include "platform/linux/PowerSourcesSysfs.h"
@@ -21,6 +22,7 @@
 #include "platform/posix/BoundedPowerSources.h"
 #include "platform/posix/BoundedTemperatureSensors.h"
 #include "platform/posix/ChildProcessesPosix.h"
+#include "platform/posix/HotKeysFirstAvailable.h"
 #include "platform/posix/InputIdleTimeFirstAvailable.h"
 #include "platform/posix/NetworkInterfacesPosix.h"
 #include "platform/posix/TextFilesPosix.h"
@@ -64,6 +66,14 @@ std::unique_ptr<InputIdleTime> inputIdleTime()
     return std::make_unique<InputIdleTimeFirstAvailable>(std::move(ways));
 }
 
+/// Ways to get keys from whatever program is in front, best first. Other kinds of session join here.
+std::unique_ptr<HotKeys> hotKeys(Dispatch &dispatch)
+{
+    std::vector<std::unique_ptr<HotKeys>> ways;
+    ways.push_back(std::make_unique<HotKeysX11>(dispatch));
+    return std::make_unique<HotKeysFirstAvailable>(std::move(ways));
+}
+
 } // namespace
 
 void prepareNativePlatform()
@@ -94,6 +104,7 @@ Platform nativePlatform(const QString &settingsName)
     platform.captureAccess = std::make_unique<ScreenCaptureAccessLinux>();
     platform.speech = std::make_unique<SpeechCommand>(*platform.processes, searchPath());
     platform.files = std::make_unique<TextFilesPosix>();
+    platform.hotKeys = hotKeys(*platform.dispatch);
     platform.streamServer = streamServer();
     return platform;
 }

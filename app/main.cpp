@@ -2,6 +2,7 @@
 #include "app/Program.h"
 #include "core/AppState.h"
 #include "streaming/WebScreenServer.h"
+#include "system/HotKeyManager.h"
 #include "ui/MainView.h"
 
 int main(int argc, char **argv)
@@ -17,5 +18,6 @@ int main(int argc, char **argv)
     window.show();
     // Asks the desktop, whose answer need not be waited for: a window first.
     platform.dispatch->onMain([&] { window.followColorScheme(*platform.colorScheme); });
+    platform.dispatch->onMain([] { HotKeyManager::shared().setupGlobalHotKey(); });
     program.run();
 }

@@ -13,6 +13,7 @@
 #include "platform/simulated/SimulatedLaptop.h"
 #include "platform/simulated/TemperatureSensorsSimulated.h"
 #include "streaming/WebScreenServer.h"
+#include "system/HotKeyManager.h"
 #include "ui/MainView.h"
 
 namespace {
@@ -63,5 +64,6 @@ int main(int argc, char **argv)
     placeSideBySide(window, laptopWindow);
     laptopWindow.show();
     window.show();
+    platform.dispatch->onMain([] { HotKeyManager::shared().setupGlobalHotKey(); });
     program.run();
 }
