@@ -19,6 +19,8 @@
 #include "platform/linux/SoundsCanberra.h"
 #include "platform/linux/SpeechCommand.h"
 #include "platform/linux/TemperatureSensorsSysfs.h"
+#include "platform/linux/TrayHostLinux.h"
+#include "platform/linux/WindowActivationX11.h"
 #include "platform/posix/BoundedPowerSources.h"
 #include "platform/posix/BoundedTemperatureSensors.h"
 #include "platform/posix/ChildProcessesPosix.h"
@@ -26,10 +28,12 @@
 #include "platform/posix/InputIdleTimeFirstAvailable.h"
 #include "platform/posix/NetworkInterfacesPosix.h"
 #include "platform/posix/TextFilesPosix.h"
+#include "platform/qt/ApplicationQt.h"
 #include "platform/qt/ColorSchemePortal.h"
 #include "platform/qt/DispatchQt.h"
 #include "platform/qt/PasteboardQt.h"
 #include "platform/qt/SettingsStoreQt.h"
+#include "platform/qt/StatusBarQt.h"
 #include "platform/qt/UrlOpenerQt.h"
 
 namespace orvalen {
@@ -105,6 +109,8 @@ Platform nativePlatform(const QString &settingsName)
     platform.speech = std::make_unique<SpeechCommand>(*platform.processes, searchPath());
     platform.files = std::make_unique<TextFilesPosix>();
     platform.hotKeys = hotKeys(*platform.dispatch);
+    platform.application = std::make_unique<ApplicationQt>(bringForwardForUser);
+    platform.statusBar = std::make_unique<StatusBarQt>(std::make_unique<TrayHostLinux>(), *platform.colorScheme);
     platform.streamServer = streamServer();
     return platform;
 }
