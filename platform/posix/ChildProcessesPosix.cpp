@@ -1,8 +1,11 @@
 #include "platform/posix/ChildProcessesPosix.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <condition_variable>
 #include <csignal>
+#include <cstdint>
 #include <future>
 #include <mutex>
 #include <optional>
@@ -10,6 +13,7 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/types.h>
 #include <sys/wait.h>
@@ -27,15 +31,19 @@ void require(int error, const std::string &what)
         throw std::system_error(error, std::generic_category(), what);
 }
 
-/// What a child starts with: an empty input, outputs that lead nowhere, no other descriptor.
+/// What a child starts with: an empty input, outputs that lead nowhere, no other descriptor. A standard output that is
+/// given leads there.
 class Descriptors
 {
 public:
-    Descriptors()
+    explicit Descriptors(std::optional<int> output)
     {
         require(::posix_spawn_file_actions_init(&actions), "posix_spawn_file_actions_init");
+        if (output) // first: it may have the number of one of the others
+            ::posix_spawn_file_actions_adddup2(&actions, *output, STDOUT_FILENO);
+        else
+            ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
         ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
         ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
 #ifndef __APPLE__ // POSIX_SPAWN_CLOEXEC_DEFAULT does it there
         ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
@@ -82,14 +90,14 @@ public:
 };
 
 /// Throws std::system_error.
-pid_t spawn(const std::string &program, const std::vector<std::string> &arguments)
+pid_t spawn(const std::string &program, const std::vector<std::string> &arguments, std::optional<int> output)
 {
     std::vector<char *> argv{const_cast<char *>(program.c_str())};
     for (const auto &argument : arguments)
         argv.push_back(const_cast<char *>(argument.c_str()));
     argv.push_back(nullptr);
 
-    const Descriptors descriptors;
+    const Descriptors descriptors(output);
     const Attributes attributes;
     pid_t pid = -1;
     require(::posix_spawn(&pid, program.c_str(), &descriptors.actions, &attributes.attributes, argv.data(), environ),
@@ -171,18 +179,17 @@ private:
     const std::chrono::milliseconds patience;
 };
 
-} // namespace
-
-std::unique_ptr<ChildProcess> ChildProcessesPosix::launch(const std::string &program,
-                                                          const std::vector<std::string> &arguments)
+/// Starts a child and the thread that sees it off.
+std::shared_ptr<Child> start(const std::string &program, const std::vector<std::string> &arguments,
+                             std::optional<int> output)
 {
     // The thread is there before the child: where there is none to be had, there is nothing to take back.
     std::promise<std::shared_ptr<Child>> started;
     auto child = started.get_future();
-    std::thread([started = std::move(started), &program, &arguments]() mutable {
+    std::thread([started = std::move(started), &program, &arguments, output]() mutable {
         std::shared_ptr<Child> own;
         try {
-            own = std::make_shared<Child>(spawn(program, arguments));
+            own = std::make_shared<Child>(spawn(program, arguments, output));
         } catch (...) {
             started.set_exception(std::current_exception());
             return;
@@ -190,7 +197,112 @@ std::unique_ptr<ChildProcess> ChildProcessesPosix::launch(const std::string &pro
         started.set_value(own); // the references end here
         own->seeOff();
     }).detach();
-    return std::make_unique<ChildProcessPosix>(child.get(), patience);
+    return child.get();
+}
+
+/// The way from a child's output to us.
+class Pipe
+{
+public:
+    Pipe()
+    {
+#ifdef __APPLE__
+        require(::pipe(ends.data()) == 0 ? 0 : errno, "pipe");
+        for (const int end : ends)
+            ::fcntl(end, F_SETFD, FD_CLOEXEC);
+#else
+        require(::pipe2(ends.data(), O_CLOEXEC) == 0 ? 0 : errno, "pipe");
+#endif
+    }
+    ~Pipe()
+    {
+        closeEnd(0);
+        closeEnd(1);
+    }
+    Pipe(const Pipe &) = delete;
+    Pipe &operator=(const Pipe &) = delete;
+
+    [[nodiscard]] int writingEnd() const
+    {
+        return ends[1];
+    }
+
+    /// The child has its own by now; as long as ours is open, there is no end to read.
+    void closeWritingEnd()
+    {
+        closeEnd(1);
+    }
+
+    struct Reading
+    {
+        std::string text;
+        bool isComplete = false; ///< To the end of the pipe, not to a limit.
+    };
+
+    /// `bytes` at most, until `deadline`.
+    [[nodiscard]] Reading readToEnd(std::size_t bytes, std::chrono::steady_clock::time_point deadline) const
+    {
+        Reading reading;
+        std::array<char, 16384> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by the read
+        while (isReadable(deadline)) {
+            const auto count = ::read(ends[0], buffer.data(), buffer.size());
+            if (count < 0 && errno == EINTR)
+                continue;
+            reading.isComplete = count == 0;
+            if (count <= 0)
+                break;
+            const auto room = bytes - reading.text.size();
+            reading.text.append(buffer.data(), std::min(room, static_cast<std::size_t>(count)));
+            if (static_cast<std::size_t>(count) > room)
+                break;
+        }
+        return reading;
+    }
+
+private:
+    [[nodiscard]] bool isReadable(std::chrono::steady_clock::time_point deadline) const
+    {
+        for (;;) {
+            const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+            if (left.count() <= 0)
+                return false;
+            pollfd wanted{.fd = ends[0], .events = POLLIN, .revents = 0};
+            const int slice = static_cast<int>(std::min<std::int64_t>(left.count(), 60'000));
+            if (::poll(&wanted, 1, slice) > 0)
+                return true;
+        }
+    }
+
+    void closeEnd(std::size_t end)
+    {
+        if (ends[end] >= 0)
+            ::close(ends[end]);
+        ends[end] = -1;
+    }
+
+    std::array<int, 2> ends{-1, -1};
+};
+
+} // namespace
+
+std::unique_ptr<ChildProcess> ChildProcessesPosix::launch(const std::string &program,
+                                                          const std::vector<std::string> &arguments)
+{
+    return std::make_unique<ChildProcessPosix>(start(program, arguments, std::nullopt), patience);
+}
+
+std::string ChildProcessesPosix::outputOf(const std::string &program, const std::vector<std::string> &arguments,
+                                          const OutputLimits &limits)
+{
+    const auto deadline = std::chrono::steady_clock::now() + limits.time;
+    Pipe pipe;
+    const auto child = start(program, arguments, pipe.writingEnd());
+    pipe.closeWritingEnd();
+    auto reading = pipe.readToEnd(limits.bytes, deadline); // while it runs: a full pipe would keep it waiting
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    if (!reading.isComplete || !child->exitStatusWithin(std::max(left, std::chrono::milliseconds::zero())))
+        child->signal(SIGKILL);
+    return std::move(reading.text);
 }
 
 } // namespace orvalen
