@@ -89,27 +89,16 @@ public:
     posix_spawnattr_t attributes{};
 };
 
-/// Throws std::system_error.
-pid_t spawn(const std::string &program, const std::vector<std::string> &arguments, std::optional<int> output)
-{
-    std::vector<char *> argv{const_cast<char *>(program.c_str())};
-    for (const auto &argument : arguments)
-        argv.push_back(const_cast<char *>(argument.c_str()));
-    argv.push_back(nullptr);
-
-    const Descriptors descriptors(output);
-    const Attributes attributes;
-    pid_t pid = -1;
-    require(::posix_spawn(&pid, program.c_str(), &descriptors.actions, &attributes.attributes, argv.data(), environ),
-            program);
-    return pid;
-}
-
 /// One child; shared by whoever has it in hand and the thread that waits for it.
 class Child
 {
 public:
-    explicit Child(pid_t pid) : pid(pid) {}
+    /// Once, before anything else. 0 or an errno value.
+    [[nodiscard]] int spawn(const char *program, char *const *argv, const Descriptors &descriptors,
+                            const Attributes &attributes)
+    {
+        return ::posix_spawn(&pid, program, &descriptors.actions, &attributes.attributes, argv, environ);
+    }
 
     /// Waits for its end and takes leave of it: from then on the number may be another process's.
     void seeOff()
@@ -146,7 +135,7 @@ public:
     }
 
 private:
-    const pid_t pid;
+    pid_t pid = -1;
     std::mutex mutex; ///< Guards what follows, and the meaning of `pid`.
     std::condition_variable ended;
     std::optional<int> exitStatus; ///< Once it has ended.
@@ -179,25 +168,29 @@ private:
     const std::chrono::milliseconds patience;
 };
 
-/// Starts a child and the thread that sees it off.
+/// Starts a child and the thread that sees it off. Throws std::system_error.
 std::shared_ptr<Child> start(const std::string &program, const std::vector<std::string> &arguments,
                              std::optional<int> output)
 {
+    std::vector<char *> argv{const_cast<char *>(program.c_str())};
+    for (const auto &argument : arguments)
+        argv.push_back(const_cast<char *>(argument.c_str()));
+    argv.push_back(nullptr);
+    const Descriptors descriptors(output);
+    const Attributes attributes;
+
     // The thread is there before the child: where there is none to be had, there is nothing to take back.
-    std::promise<std::shared_ptr<Child>> started;
-    auto child = started.get_future();
-    std::thread([started = std::move(started), &program, &arguments, output]() mutable {
-        std::shared_ptr<Child> own;
-        try {
-            own = std::make_shared<Child>(spawn(program, arguments, output));
-        } catch (...) {
-            started.set_exception(std::current_exception());
-            return;
-        }
-        started.set_value(own); // the references end here
-        own->seeOff();
+    auto child = std::make_shared<Child>();
+    std::promise<int> started;
+    auto error = started.get_future();
+    std::thread([started = std::move(started), child, &program, &argv, &descriptors, &attributes]() mutable {
+        const int failure = child->spawn(program.c_str(), argv.data(), descriptors, attributes);
+        started.set_value(failure); // the references end here
+        if (failure == 0)
+            child->seeOff();
     }).detach();
-    return child.get();
+    require(error.get(), program);
+    return child;
 }
 
 /// The way from a child's output to us.

@@ -70,12 +70,5 @@ TEST_F(UsbTreeSystemProfilerTest, neitherSizeNorTimeOfAReportIsUnlimited)
                                                Field(&OutputLimits::time, UsbTreeSystemProfiler::patience)))));
 }
 
-TEST_F(UsbTreeSystemProfilerTest, aReportThatIsTooLargeIsNone)
-{
-    processes.outputs[older] = R"({"SPUSBDataType": [{"_name": "Bus"}], "other": ")" +
-                               std::string(UsbTreeSystemProfiler::largestReport, 'x') + "\"}";
-    EXPECT_THAT(namesOfBuses(), IsEmpty());
-}
-
 } // namespace
 } // namespace orvalen
