@@ -23,7 +23,7 @@ struct UsbReportCommand
 class UsbTreeSystemProfiler : public UsbTree
 {
 public:
-    static constexpr std::size_t largestReport = 8 * 1024 * 1024; ///< Bytes. A full tree fills some hundred thousand.
+    static constexpr std::size_t largestReport = 8 * 1024 * 1024; ///< Bytes: a kilobyte for thousands of devices.
     static constexpr std::chrono::seconds patience{60};           ///< For each report.
 
     /// Asked in this order until one names something. Systems from version 26 on leave the first one empty.
