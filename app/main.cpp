@@ -1,7 +1,10 @@
+#include "app/FirstPaint.h"
 #include "app/NativePlatform.h"
 #include "app/Program.h"
+#include "core/AppDelegate.h"
 #include "core/AppState.h"
 #include "streaming/WebScreenServer.h"
+#include "system/HotKeyManager.h"
 #include "ui/MainView.h"
 
 int main(int argc, char **argv)
@@ -17,5 +20,9 @@ int main(int argc, char **argv)
     window.show();
     // Asks the desktop, whose answer need not be waited for: a window first.
     platform.dispatch->onMain([&] { window.followColorScheme(*platform.colorScheme); });
+
+    AppDelegate delegate({*platform.application, HotKeyManager::shared(), *platform.statusBar, AppState::shared(),
+                          WebScreenServer::shared(), *platform.dispatch});
+    afterFirstPaint(window, [&] { delegate.applicationDidFinishLaunching(); });
     program.run();
 }
