@@ -16,10 +16,12 @@
 #include "platform/linux/PowerSourcesSysfs.h"
 #include "platform/linux/ProcessorsAffinity.h"
 #include "platform/linux/ScreenCaptureAccessLinux.h"
+#include "platform/linux/SettingsPagesDesktop.h"
 #include "platform/linux/SoundsCanberra.h"
 #include "platform/linux/SpeechCommand.h"
 #include "platform/linux/TemperatureSensorsSysfs.h"
 #include "platform/linux/TrayHostLinux.h"
+#include "platform/linux/UsbTreeSysfs.h"
 #include "platform/linux/WindowActivationX11.h"
 #include "platform/posix/BoundedPowerSources.h"
 #include "platform/posix/BoundedTemperatureSensors.h"
@@ -56,10 +58,10 @@ std::string streamServer()
     return missing ? program.string() : canonical.string();
 }
 
-std::string searchPath()
+std::string environment(const char *variable)
 {
-    const char *path = std::getenv("PATH");
-    return path ? path : "";
+    const char *value = std::getenv(variable);
+    return value ? value : "";
 }
 
 /// Ways to learn the idle time, best first. Other kinds of session join here.
@@ -106,8 +108,11 @@ Platform nativePlatform(const QString &settingsName)
     platform.interfaces = std::make_unique<NetworkInterfacesPosix>();
     platform.pasteboard = std::make_unique<PasteboardQt>();
     platform.captureAccess = std::make_unique<ScreenCaptureAccessLinux>();
-    platform.speech = std::make_unique<SpeechCommand>(*platform.processes, searchPath());
+    platform.speech = std::make_unique<SpeechCommand>(*platform.processes, environment("PATH"));
     platform.files = std::make_unique<TextFilesPosix>();
+    platform.usb = std::make_unique<UsbTreeSysfs>();
+    platform.settingsPages = std::make_unique<SettingsPagesDesktop>(
+        *platform.processes, environment("XDG_CURRENT_DESKTOP"), environment("PATH"));
     platform.hotKeys = hotKeys(*platform.dispatch);
     platform.application = std::make_unique<ApplicationQt>(bringForwardForUser);
     platform.statusBar = std::make_unique<StatusBarQt>(std::make_unique<TrayHostLinux>(), *platform.colorScheme);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,6 +28,13 @@ public:
     [[nodiscard]] virtual std::optional<int> exitStatusWithin(std::chrono::milliseconds time) = 0;
 };
 
+/// How much of a program's output is wanted, and for how long.
+struct OutputLimits
+{
+    std::size_t bytes = 0;
+    std::chrono::milliseconds time{};
+};
+
 /// Starts programs by absolute path and argument list, never through a shell. They inherit the environment and no
 /// descriptor: they read nothing, what they write is lost (some outlive us, and nobody could tell whose lines those
 /// are). No signal is blocked for them. Any thread.
@@ -39,6 +47,13 @@ public:
     /// Throws std::system_error if it cannot be started.
     [[nodiscard]] virtual std::unique_ptr<ChildProcess> launch(const std::string &program,
                                                                const std::vector<std::string> &arguments) = 0;
+
+    /// Runs `program` to its end and returns all that it wrote to its standard output. Blocks until both have ended,
+    /// the program and its output (which its own children may keep open): background threads. One that goes beyond a
+    /// limit is ended by force; what it wrote up to there is returned. Throws std::system_error if it cannot be
+    /// started.
+    [[nodiscard]] virtual std::string outputOf(const std::string &program, const std::vector<std::string> &arguments,
+                                               const OutputLimits &limits) = 0;
 };
 
 } // namespace orvalen

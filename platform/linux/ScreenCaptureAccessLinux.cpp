@@ -2,32 +2,18 @@
 
 #include <cstdlib>
 #include <string_view>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "platform/linux/X11Session.h"
+#include "platform/posix/SearchPath.h"
 
 namespace orvalen {
 
 namespace {
 
-bool isProgram(const std::string &path)
-{
-    struct stat status = {};
-    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && ::access(path.c_str(), X_OK) == 0;
-}
-
 bool isOnSearchPath(std::string_view name)
 {
     const char *const value = std::getenv("PATH");
-    for (std::string_view rest(value ? value : ""); !rest.empty();) {
-        const auto end = rest.find(':');
-        std::string folder(rest.substr(0, end));
-        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-        if (isProgram(folder.append(folder.empty() ? "./" : "/").append(name)))
-            return true;
-    }
-    return false;
+    return search_path::find(name, value ? value : "", search_path::RelativeFolders::follow).has_value();
 }
 
 bool showsItsScreen(const std::string &display)

@@ -1,14 +1,11 @@
 #include "platform/linux/SpeechCommand.h"
 
 #include <chrono>
-#include <filesystem>
-#include <optional>
-#include <sstream>
 #include <system_error>
 #include <utility>
 #include <vector>
 
-#include <unistd.h>
+#include "platform/posix/SearchPath.h"
 
 namespace orvalen {
 
@@ -34,20 +31,6 @@ const std::vector<Command> &commands()
 /// One that has not failed by then speaks.
 constexpr std::chrono::seconds timeToFail{1};
 
-/// Where it would be run from; folders that depend on where we stand do not count.
-std::optional<std::string> found(const std::string &name, const std::string &searchPath)
-{
-    std::istringstream folders(searchPath);
-    for (std::string folder; std::getline(folders, folder, ':');) {
-        const auto program = std::filesystem::path(folder) / name;
-        std::error_code error;
-        if (program.is_absolute() && std::filesystem::is_regular_file(program, error) &&
-            ::access(program.c_str(), X_OK) == 0)
-            return program.string();
-    }
-    return std::nullopt;
-}
-
 } // namespace
 
 SpeechCommand::SpeechCommand(ChildProcesses &processes, std::string searchPath)
@@ -58,7 +41,7 @@ SpeechCommand::SpeechCommand(ChildProcesses &processes, std::string searchPath)
 void SpeechCommand::speak(std::string_view text)
 {
     for (const auto &[name, options] : commands()) {
-        if (const auto program = found(name, searchPath)) {
+        if (const auto program = search_path::find(name, searchPath)) {
             auto arguments = options;
             arguments.emplace_back(text);
             const std::scoped_lock lock(mutex);

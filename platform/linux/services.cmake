@@ -16,8 +16,9 @@ target_link_libraries(orvalen_platform_linux_graphics PUBLIC orvalen_platform Vu
 orvalen_library(orvalen_platform_linux_desktop
     HostNameAvahi.cpp
     NotificationsDBus.cpp NotificationsDBus.h
+    SettingsPagesDesktop.cpp
     SoundsCanberra.cpp
     SpeechCommand.cpp)
 set_target_properties(orvalen_platform_linux_desktop PROPERTIES AUTOMOC ON)
 target_link_libraries(orvalen_platform_linux_desktop PUBLIC orvalen_platform Qt6::Core Qt6::DBus
-    PRIVATE PkgConfig::canberra PkgConfig::systemd)
+    PRIVATE orvalen_platform_posix PkgConfig::canberra PkgConfig::systemd)

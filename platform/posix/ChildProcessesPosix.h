@@ -20,6 +20,9 @@ public:
     [[nodiscard]] std::unique_ptr<ChildProcess> launch(const std::string &program,
                                                        const std::vector<std::string> &arguments) override;
 
+    [[nodiscard]] std::string outputOf(const std::string &program, const std::vector<std::string> &arguments,
+                                       const OutputLimits &limits) override;
+
 private:
     std::chrono::milliseconds patience;
 };

@@ -3,8 +3,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include <sys/stat.h>
-#include <unistd.h>
+#include "platform/posix/SearchPath.h"
 
 namespace orvalen {
 
@@ -16,8 +15,7 @@ CommandSearch::CommandSearch(std::string_view command, std::string_view ownFolde
 bool CommandSearch::isIn(std::string_view folder)
 {
     candidate.assign(folder.empty() ? "." : folder).append("/").append(command);
-    struct stat status = {};
-    return ::stat(candidate.c_str(), &status) == 0 && S_ISREG(status.st_mode) && ::access(candidate.c_str(), X_OK) == 0;
+    return search_path::isProgram(candidate);
 }
 
 const char *CommandSearch::find(std::string_view searchPath)

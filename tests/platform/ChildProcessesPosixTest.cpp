@@ -74,6 +74,25 @@ protected:
         return contentsOf("out");
     }
 
+    static constexpr OutputLimits generous{.bytes = 10'000'000, .time = 60s};
+
+    /// What the script, with the path of the folder as its $0, writes to its standard output.
+    std::string written(const std::string &script)
+    {
+        return processes.outputOf("/bin/sh", {"-c", script, folder.string()}, generous);
+    }
+    /// The same of one that would go on for ever, once it has got as far as to `$leaveNumber NUMBER`, in "$0/pid".
+    std::string writtenByEndless(const std::string &script)
+    {
+        const std::string preparation = R"(leave() { echo $1 >"$0/new"; mv "$0/new" "$0/pid"; }; leaveNumber=leave; )";
+        std::string output;
+        for (auto time = 200ms; !fs::exists(folder / "pid") && time < 60s; time *= 3)
+            output = processes.outputOf("/bin/sh", {"-c", preparation + script, folder.string()},
+                                        {.bytes = 1000, .time = time});
+        EXPECT_TRUE(fs::exists(folder / "pid"));
+        return output;
+    }
+
     /// A child that has written its number to "$0/pid" and sleeps.
     pid_t launchSleeper(std::unique_ptr<ChildProcess> &child, const std::string &preparation = "")
     {
@@ -296,6 +315,129 @@ TEST_F(ChildProcessesPosixTest, aProcessThatWantsToHearOfNoChildStillSeesThemEnd
     child->waitUntilExit();
     std::signal(SIGCHLD, handler);
     EXPECT_FALSE(child->isRunning());
+}
+
+TEST_F(ChildProcessesPosixTest, whatItWritesToItsStandardOutputIsReturnedWhole)
+{
+    EXPECT_EQ(written("printf 'a\\nb'; printf 'unheard' >&2"), "a\nb");
+    EXPECT_EQ(written(":"), "");
+    EXPECT_EQ(written("printf 'a\\0b\\377'"), std::string("a\0b\xFF", 4));
+    EXPECT_EQ(written("printf before; exit 7"), "before");
+    EXPECT_EQ(written("printf before; kill -KILL $$"), "before");
+}
+
+TEST_F(ChildProcessesPosixTest, argumentsAndEnvironmentAreThoseOfAnyChild)
+{
+    ::setenv("ORVALEN_TEST_GREETING", "good morning", 1);
+    EXPECT_EQ(processes.outputOf("/bin/sh", {"-c", R"(printf '[%s]' "$ORVALEN_TEST_GREETING" "$@")", "sh", "a b", ""},
+                                 generous),
+              "[good morning][a b][]");
+    ::unsetenv("ORVALEN_TEST_GREETING");
+    EXPECT_EQ(written("readlink /proc/$$/fd/0 /proc/$$/fd/2; for n in 3 4 5 6 7 8 9; do "
+                      "[ -e /proc/$$/fd/$n ] && echo $n; done"),
+              "/dev/null\n/dev/null\n");
+}
+
+TEST_F(ChildProcessesPosixTest, itIsReadWhileItRuns)
+{
+    // Many times what a pipe takes.
+    const auto output = written("head -c 5000000 /dev/zero | tr '\\0' x");
+    EXPECT_EQ(output.size(), 5'000'000U);
+    EXPECT_EQ(output.find_first_not_of('x'), std::string::npos);
+}
+
+TEST_F(ChildProcessesPosixTest, itsEndIsWaitedForToo)
+{
+    // Its output ends long before it does.
+    EXPECT_EQ(
+        written(R"(printf said; exec >/dev/null; i=0; while [ $i -lt 2000 ]; do i=$((i + 1)); done; touch "$0/done")"),
+        "said");
+    EXPECT_TRUE(fs::exists(folder / "done"));
+}
+
+TEST_F(ChildProcessesPosixTest, andWhatItsOwnChildrenWrite)
+{
+    EXPECT_EQ(written("(while ! [ -e \"$0/go\" ]; do :; done; printf late) & printf 'early '; touch \"$0/go\""),
+              "early late");
+}
+
+TEST_F(ChildProcessesPosixTest, oneThatNeverEndsIsEndedByForce)
+{
+    EXPECT_EQ(writtenByEndless(R"(trap '' TERM; printf said; $leaveNumber $$; while :; do sleep 600; done)"), "said");
+    EXPECT_TRUE(eventually([&] { return isGone(std::stoi(contentsOf("pid"))); }));
+}
+
+TEST_F(ChildProcessesPosixTest, oneThatClosesItsOutputAndNeverEndsIsEndedByForce)
+{
+    EXPECT_EQ(writtenByEndless("printf said; exec >/dev/null; $leaveNumber $$; exec sleep 600"), "said");
+    EXPECT_TRUE(eventually([&] { return isGone(std::stoi(contentsOf("pid"))); }));
+}
+
+TEST_F(ChildProcessesPosixTest, anOutputThatSomebodyElseKeepsOpenIsNotWaitedForForEver)
+{
+    EXPECT_EQ(writtenByEndless("printf said; sleep 600 & $leaveNumber $!"), "said");
+    EXPECT_EQ(::kill(std::stoi(contentsOf("pid")), SIGKILL), 0) << "it is not ours to end";
+}
+
+TEST_F(ChildProcessesPosixTest, oneThatWritesWithoutEndIsEndedByForce)
+{
+    const auto output =
+        processes.outputOf("/bin/sh", {"-c", R"(echo $$ >"$0/pid"; exec cat /dev/zero)", folder.string()},
+                           {.bytes = 100'000, .time = 60s});
+    EXPECT_EQ(output, std::string(100'000, '\0'));
+    const auto pid = std::stoi(contentsOf("pid"));
+    EXPECT_TRUE(eventually([&] { return isGone(pid); }));
+}
+
+TEST_F(ChildProcessesPosixTest, asMuchAsIsAllowedIsNotTooMuch)
+{
+    EXPECT_EQ(processes.outputOf("/bin/sh", {"-c", "printf 12345; exit 0"}, {.bytes = 5, .time = 60s}), "12345");
+    EXPECT_EQ(processes.outputOf("/bin/sh", {"-c", "printf 123456"}, {.bytes = 5, .time = 60s}), "12345");
+    EXPECT_EQ(processes.outputOf("/bin/sh", {"-c", "printf 1"}, {.bytes = 0, .time = 60s}), "");
+}
+
+TEST_F(ChildProcessesPosixTest, aMissingProgramHasNoOutput)
+{
+    EXPECT_THROW((void)processes.outputOf(path("not-there"), {}, generous), std::system_error);
+}
+
+TEST_F(ChildProcessesPosixTest, noDescriptorIsLeftBehind)
+{
+    const auto count = [] { return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()); };
+    const auto before = count();
+    for (int i = 0; i < 20; ++i) {
+        (void)written("echo");
+        EXPECT_THROW((void)processes.outputOf(path("not-there"), {}, generous), std::system_error);
+    }
+    EXPECT_EQ(count(), before);
+}
+
+TEST_F(ChildProcessesPosixTest, ourOwnOutputsMayBeClosed)
+{
+    // In a process of its own: what opens next gets their numbers.
+    const auto check = [] {
+        ::close(STDIN_FILENO);
+        ::close(STDOUT_FILENO);
+        const auto output =
+            ChildProcessesPosix().outputOf("/bin/sh", {"-c", "printf said"}, {.bytes = 10, .time = 60s});
+        std::_Exit(output == "said" ? 0 : 1);
+    };
+    EXPECT_EXIT(check(), ::testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ChildProcessesPosixTest, manyOutputsAtOnceFromManyThreads)
+{
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i) {
+        threads.emplace_back([this, i] {
+            for (int j = 0; j < 10; ++j) {
+                const auto text = std::to_string(100 * i + j);
+                EXPECT_EQ(written("printf " + text), text);
+            }
+        });
+    }
+    for (auto &thread : threads)
+        thread.join();
 }
 
 TEST_F(ChildProcessesPosixTest, manyAtOnceFromManyThreads)

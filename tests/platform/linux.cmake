@@ -12,6 +12,7 @@ orvalen_test(platform_linux_test
         TemperatureSensorsContractTest.cpp
         TemperatureSensorsSysfsTest.cpp
         TerminationSignalsTest.cpp
+        UsbTreeSysfsTest.cpp
         ../support/SysfsTree.cpp
     LIBRARIES orvalen_platform_linux orvalen_platform_posix orvalen_core
 )

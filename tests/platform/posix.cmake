@@ -4,6 +4,7 @@ orvalen_test(platform_posix_test
         ${CMAKE_CURRENT_LIST_DIR}/ChildProcessesPosixTest.cpp
         ${CMAKE_CURRENT_LIST_DIR}/NetworkInterfacesPosixTest.cpp
         ${CMAKE_CURRENT_LIST_DIR}/PrivateFileTest.cpp
+        ${CMAKE_CURRENT_LIST_DIR}/SearchPathTest.cpp
         ${CMAKE_CURRENT_LIST_DIR}/TextFilesPosixTest.cpp
     LIBRARIES orvalen_platform_posix
 )

@@ -45,3 +45,6 @@ orvalen_test(speech_command_test SOURCES SpeechCommandTest.cpp
 
 orvalen_test(pasteboard_qt_test SOURCES PasteboardQtTest.cpp ../support/XServer.cpp
     LIBRARIES orvalen_platform_qt Qt6::Gui)
+
+orvalen_test(settings_pages_desktop_test SOURCES SettingsPagesDesktopTest.cpp
+    LIBRARIES orvalen_platform_linux_desktop orvalen_platform_posix)

@@ -53,6 +53,8 @@ struct FakeChildProcesses : ChildProcesses
     std::set<std::string, std::less<>> shortLived{"/usr/bin/pkill"};
     std::map<std::string, int, std::less<>> failing; ///< Programs that end at once, and with which status.
     std::function<void(Child &)> onLaunch;
+    std::map<std::string, std::string, std::less<>> outputs; ///< By command line; others write nothing.
+    std::vector<OutputLimits> outputLimits;                  ///< Of each program whose output was wanted.
 
     std::unique_ptr<ChildProcess> launch(const std::string &program, const std::vector<std::string> &arguments) override
     {
@@ -66,6 +68,20 @@ struct FakeChildProcesses : ChildProcesses
         if (onLaunch)
             onLaunch(*launched.back());
         return std::make_unique<Handle>(*this, launched.back());
+    }
+
+    std::string outputOf(const std::string &program, const std::vector<std::string> &arguments,
+                         const OutputLimits &limits) override
+    {
+        std::string line = program;
+        for (const auto &argument : arguments)
+            line += " " + argument;
+        diary.note("output of " + line);
+        if (missing.contains(program))
+            throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory), program);
+        outputLimits.push_back(limits);
+        const auto output = outputs.find(line);
+        return output == outputs.end() ? std::string() : output->second.substr(0, limits.bytes);
     }
 
     /// How many children of that program run.

@@ -1,0 +1,39 @@
+#include "mirroring/UsbTreeSystemProfiler.h"
+
+#include <system_error>
+
+#include "mirroring/UsbReport.h"
+#include "platform/ChildProcesses.h"
+
+namespace orvalen {
+
+namespace {
+
+constexpr const char *systemProfiler = "/usr/sbin/system_profiler";
+
+} // namespace
+
+const std::vector<UsbReportCommand> &UsbTreeSystemProfiler::commands()
+{
+    static const std::vector<UsbReportCommand> list = {
+        {systemProfiler, {"SPUSBDataType", "-json"}, "SPUSBDataType"},
+        {systemProfiler, {"SPUSBHostDataType", "-json"}, "SPUSBHostDataType"},
+    };
+    return list;
+}
+
+std::vector<UsbNode> UsbTreeSystemProfiler::read()
+{
+    for (const auto &command : commands()) {
+        try {
+            const auto report =
+                processes.outputOf(command.program, command.arguments, {.bytes = largestReport, .time = patience});
+            if (auto nodes = usbNodesInReport(report, command.key); !nodes.empty())
+                return nodes;
+        } catch (const std::system_error &) { // NOLINT(bugprone-empty-catch): then it reports nothing
+        }
+    }
+    return {};
+}
+
+} // namespace orvalen
