@@ -15,9 +15,10 @@ namespace whole_file {
 
 struct Kind
 {
-    std::optional<unsigned> mode =
-        {};                ///< Its permissions; without, what the user's umask leaves of reading and writing.
-    bool isOnDisk = false; ///< Whether a disk that cannot hold it is found out before, at the cost of waiting.
+    /// Its permissions; without, what the user's umask leaves of reading and writing for all.
+    std::optional<unsigned> mode = {};
+    /// Whether to wait for the disk, and so to find out before the change what it cannot hold.
+    bool isOnDisk = false;
 };
 
 /// Refuses what somebody else has there. Who is killed amid it leaves nothing behind that another call does not clear
