@@ -42,3 +42,20 @@ def cold_report(tmp_path_factory):
     from laptop import COLD, Laptop
     with Laptop(tmp_path_factory.mktemp('cold laptop'), COLD, ac=False, percent=7) as laptop:
         yield laptop.report()
+
+
+@pytest.fixture(scope='session')
+def screen():
+    """A desktop to open files on. What is opened there and by whom is each laptop's own affair."""
+    from privatedesktop import Desktop
+    with Desktop() as desktop:
+        yield desktop
+
+
+@pytest.fixture
+def owner(tmp_path, screen):
+    """A laptop on that desktop whose owner has chosen a browser; it notes what it is asked to show."""
+    from laptop import Laptop, choose_browser
+    with Laptop(tmp_path / 'laptop', desktop=screen) as laptop:
+        choose_browser(laptop)
+        yield laptop

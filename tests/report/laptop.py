@@ -44,7 +44,8 @@ class Laptop:
         self.environment = {'PATH': os.environ['PATH'], 'LANG': 'en_GB.UTF-8', 'TZ': 'UTC', 'QT_QPA_PLATFORM': 'offscreen',
                             'XDG_RUNTIME_DIR': str(folder / 'runtime'),
                             'DBUS_SESSION_BUS_ADDRESS': 'unix:path=/nowhere', 'DBUS_SYSTEM_BUS_ADDRESS': 'unix:path=/nowhere',
-                            **(desktop.environment if desktop else {}), 'HOME': str(self.home), **environment}
+                            **(desktop.environment if desktop else {}),
+                            'HOME': str(self.home), 'XDG_DATA_HOME': str(folder / 'data'), **environment}
         self.preparation = ''  # shell commands for the program's own view of the machine
         self.command_prefix = []
         self.process = None
@@ -94,3 +95,30 @@ class Laptop:
         line = self.process.stdout.readline() if ready else b''
         assert line.endswith(b'\n'), self.errors()
         return line.decode().rstrip('\n')
+
+
+BROWSER = '''#!/bin/sh
+printf '%%s\\n' "$*" >>'%s'
+%s
+'''
+ENTRY = '''[Desktop Entry]
+Type=Application
+Name=Browser
+Exec=%s %%u
+MimeType=text/html;
+'''
+
+
+def choose_browser(laptop, then='exit 0'):
+    """From now on that laptop's owner opens HTML with a program that notes what it is to show, and `then` does that."""
+    program = laptop.folder / 'browser'
+    program.write_text(BROWSER % (laptop.folder / 'opened', then))
+    program.chmod(0o755)
+    write(laptop.folder / 'data/applications/b.desktop', ENTRY % program)
+    write(laptop.folder / 'data/applications/mimeapps.list', '[Default Applications]\ntext/html=b.desktop')
+
+
+def opened(laptop):
+    """What the browser was asked to show so far."""
+    file = laptop.folder / 'opened'
+    return file.read_text().splitlines() if file.exists() else []
