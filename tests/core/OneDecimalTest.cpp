@@ -51,8 +51,9 @@ TEST(OneDecimal, isWhatPrintfSays)
         const std::uint64_t bits = random();
         double value = 0.0;
         std::memcpy(&value, &bits, sizeof value);
-        if (!std::isnan(value))
+        if (!std::isnan(value)) {
             ASSERT_EQ(oneDecimal(value), printed(value)) << i;
+        }
     }
     EXPECT_EQ(oneDecimal(std::numeric_limits<double>::lowest()), printed(std::numeric_limits<double>::lowest()));
 }

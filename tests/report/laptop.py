@@ -79,7 +79,7 @@ class Laptop:
         self.process.stdin.write(b'report\n')
         path = self._line()
         float(self._line())
-        assert self.errors() == ''
+        assert self.errors() == '', self.errors()
         return None if path == 'nothing' else Path(path)
 
     def errors(self):
