@@ -12,6 +12,7 @@
 #include "platform/linux/HostNameAvahi.h"
 #include "platform/linux/HotKeysX11.h"
 #include "platform/linux/InputIdleTimeX11.h"
+#include "platform/linux/LocalisedDatesIcu.h"
 #include "platform/linux/NotificationsDBus.h"
 #include "platform/linux/PowerSourcesSysfs.h"
 #include "platform/linux/ProcessorsAffinity.h"
@@ -33,6 +34,7 @@
 #include "platform/qt/ApplicationQt.h"
 #include "platform/qt/ColorSchemePortal.h"
 #include "platform/qt/DispatchQt.h"
+#include "platform/qt/DocumentsQt.h"
 #include "platform/qt/PasteboardQt.h"
 #include "platform/qt/SettingsStoreQt.h"
 #include "platform/qt/StatusBarQt.h"
@@ -116,6 +118,8 @@ Platform nativePlatform(const QString &settingsName)
     platform.hotKeys = hotKeys(*platform.dispatch);
     platform.application = std::make_unique<ApplicationQt>(bringForwardForUser);
     platform.statusBar = std::make_unique<StatusBarQt>(std::make_unique<TrayHostLinux>(), *platform.colorScheme);
+    platform.dates = std::make_unique<LocalisedDatesIcu>();
+    platform.documents = std::make_unique<DocumentsQt>();
     platform.streamServer = streamServer();
     return platform;
 }

@@ -36,6 +36,14 @@ function(orvalen_library name)
     orvalen_common(${name})
 endfunction()
 
+# orvalen_embedded_text(FILE SOURCE)   A file that becomes part of the program: SOURCE is made in the build folder from
+# SOURCE.in beside FILE, with what FILE holds in the place of @text@.
+function(orvalen_embedded_text file source)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${file}")
+    file(READ "${file}" text)
+    configure_file("${source}.in" "${source}" @ONLY)
+endfunction()
+
 # orvalen_helper_program(name SOURCES... )   A program that ours start, and people only by way of them.
 function(orvalen_helper_program name)
     add_executable(${name} ${ARGN})

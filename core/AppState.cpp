@@ -2,12 +2,10 @@
 
 #include <chrono>
 #include <cmath>
-#include <iomanip>
-#include <locale>
-#include <sstream>
 #include <utility>
 
 #include "core/Lifecycle.h"
+#include "core/OneDecimal.h"
 #include "core/ThermalEngine.h"
 #include "platform/Platform.h"
 
@@ -17,13 +15,9 @@ namespace {
 
 constexpr std::chrono::seconds monitoringPeriod{3};
 
-/// One decimal, and a point whatever the user's locale.
 std::string displayReady(double celsius)
 {
-    std::ostringstream text;
-    text.imbue(std::locale::classic());
-    text << "Display Ready! Temperature: " << std::fixed << std::setprecision(1) << celsius << "°C";
-    return text.str();
+    return "Display Ready! Temperature: " + oneDecimal(celsius) + "°C";
 }
 
 } // namespace

@@ -19,7 +19,8 @@ void Platform::install(Platform platform)
                           platform.colorScheme && platform.processes && platform.hostName && platform.interfaces &&
                           platform.pasteboard && platform.captureAccess && platform.speech && platform.files &&
                           platform.hotKeys && platform.application && platform.statusBar && platform.usb &&
-                          platform.settingsPages && !platform.streamServer.empty();
+                          platform.settingsPages && platform.dates && platform.documents &&
+                          !platform.streamServer.empty();
     if (theOne || !complete)
         std::abort();
     theOne = new Platform(std::move(platform));

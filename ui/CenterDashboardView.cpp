@@ -3,10 +3,10 @@
 #include <QStackedLayout>
 
 #include "core/AppState.h"
+#include "core/MakerSite.h"
 #include "platform/UrlOpener.h"
 #include "ui/DashboardHomeTab.h"
 #include "ui/DashboardRules.h"
-#include "ui/MakerSite.h"
 #include "ui/MultiCloneView.h"
 #include "ui/QuenmarkLogo.h"
 #include "ui/kit/ScrollArea.h"

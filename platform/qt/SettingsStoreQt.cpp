@@ -6,12 +6,11 @@
 #include <QSettings>
 #include <QStandardPaths>
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <utility>
+
+#include "platform/posix/WholeFile.h"
 
 namespace orvalen {
 namespace {
@@ -31,11 +30,12 @@ bool isPlain(const QString &word)
     });
 }
 
-/// Brings what was written to the disk. QSaveFile commits an empty file when its last bytes find the disk full, and
-/// overlooks an error that only shows when the system writes them back; so both are asked for before.
+/// Brings what was written to the disk. QSaveFile, which is here because it follows a link that the user has put there,
+/// commits an empty file when its last bytes find the disk full, and overlooks an error that only shows when the system
+/// writes them back; so both are asked for before.
 bool isOnDisk(QSaveFile &written)
 {
-    return written.flush() && (fsync(written.handle()) == 0 || errno == EINVAL); // EINVAL: a disk without syncing.
+    return written.flush() && whole_file::sync(written.handle()) == 0;
 }
 
 QMap<QString, QString> readFile(const QString &file)

@@ -3,6 +3,7 @@
 Nothing in it is shared with the machine's own desktop or with another test: home, run-time folder, display and bus are
 private. What it starts it ends by process id, the last first.
 """
+import contextlib
 import json
 import os
 import select
@@ -104,7 +105,8 @@ class Desktop:
         mark = ('%s=%s' % (MARK, self.folder)).encode()
         for number in (signal.SIGTERM, signal.SIGKILL):  # children of services, such as the accessibility bus
             for pid in processes_with(mark):
-                os.kill(pid, number)
+                with contextlib.suppress(ProcessLookupError):  # has just ended
+                    os.kill(pid, number)
             deadline = time.monotonic() + 3
             while processes_with(mark) and time.monotonic() < deadline:
                 time.sleep(0.05)

@@ -6,5 +6,6 @@ orvalen_test(platform_posix_test
         ${CMAKE_CURRENT_LIST_DIR}/PrivateFileTest.cpp
         ${CMAKE_CURRENT_LIST_DIR}/SearchPathTest.cpp
         ${CMAKE_CURRENT_LIST_DIR}/TextFilesPosixTest.cpp
+        ${CMAKE_CURRENT_LIST_DIR}/WholeFileTest.cpp
     LIBRARIES orvalen_platform_posix
 )

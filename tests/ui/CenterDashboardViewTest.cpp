@@ -4,9 +4,9 @@
 
 #include <QTest>
 
+#include "core/MakerSite.h"
 #include "tests/ui/Dashboard.h"
 #include "ui/DashboardHomeTab.h"
-#include "ui/MakerSite.h"
 #include "ui/QuenmarkLogo.h"
 #include "ui/TemperatureReadout.h"
 #include "ui/kit/TabButton.h"
