@@ -15,6 +15,7 @@
 #include "platform/linux/PowerSourcesSysfs.h"
 #include "platform/linux/ProcessorsAffinity.h"
 #include "platform/linux/ScreenCaptureAccessLinux.h"
+#include "platform/linux/SleepInhibitorsLinux.h"
 #include "platform/linux/SoundsCanberra.h"
 #include "platform/linux/SpeechCommand.h"
 #include "platform/linux/TemperatureSensorsSysfs.h"
@@ -94,6 +95,8 @@ Platform nativePlatform(const QString &settingsName)
     platform.captureAccess = std::make_unique<ScreenCaptureAccessLinux>();
     platform.speech = std::make_unique<SpeechCommand>(*platform.processes, searchPath());
     platform.files = std::make_unique<TextFilesPosix>();
+    platform.powerAssertions =
+        std::make_unique<PowerAssertionsFirstGranted>(linuxSleepInhibitors({"Orvalen", ORVALEN_APPLICATION_ID}));
     platform.streamServer = streamServer();
     return platform;
 }

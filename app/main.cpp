@@ -2,6 +2,7 @@
 #include "app/Program.h"
 #include "core/AppState.h"
 #include "streaming/WebScreenServer.h"
+#include "system/CaffeineManager.h"
 #include "ui/MainView.h"
 
 int main(int argc, char **argv)
@@ -13,7 +14,7 @@ int main(int argc, char **argv)
     Platform::install(nativePlatform(QStringLiteral("Orvalen")));
     auto &platform = Platform::installed();
 
-    MainView window(AppState::shared(), WebScreenServer::shared(), *platform.urls);
+    MainView window(AppState::shared(), WebScreenServer::shared(), CaffeineManager::shared(), *platform.urls);
     window.show();
     // Asks the desktop, whose answer need not be waited for: a window first.
     platform.dispatch->onMain([&] { window.followColorScheme(*platform.colorScheme); });

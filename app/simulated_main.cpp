@@ -13,6 +13,7 @@
 #include "platform/simulated/SimulatedLaptop.h"
 #include "platform/simulated/TemperatureSensorsSimulated.h"
 #include "streaming/WebScreenServer.h"
+#include "system/CaffeineManager.h"
 #include "ui/MainView.h"
 
 namespace {
@@ -56,7 +57,7 @@ int main(int argc, char **argv)
     auto &platform = Platform::installed();
     auto &state = AppState::shared();
 
-    MainView window(state, WebScreenServer::shared(), *platform.urls);
+    MainView window(state, WebScreenServer::shared(), CaffeineManager::shared(), *platform.urls);
     SimulatedLaptopWindow laptopWindow(state, *laptop);
     window.followColorScheme(*platform.colorScheme);
     laptopWindow.followColorScheme(*platform.colorScheme);
