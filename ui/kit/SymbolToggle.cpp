@@ -16,7 +16,7 @@ namespace {
 constexpr Type badgeType{.size = 10};
 constexpr int badgePadding = 5;
 constexpr int faceWidth = 30;
-constexpr int symbolSize = 14;
+constexpr int symbolSize = 16;  // the size for which they are drawn: thin lines are one pixel wide
 constexpr int leastHeight = 24; // of what can be hit
 
 } // namespace
@@ -30,7 +30,7 @@ SymbolToggle::SymbolToggle(Symbols symbols, QWidget *parent) : Control(parent), 
 
 Shade SymbolToggle::shade() const
 {
-    return isChecked() ? accent::blue.ink : neutral::secondary;
+    return isChecked() ? accent::blue.ink : neutral::text;
 }
 
 Shade SymbolToggle::ground() const
