@@ -18,7 +18,6 @@ namespace {
 
 using namespace kit;
 using test::Dashboard;
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 struct SleepToggle : ::testing::Test, Dashboard
