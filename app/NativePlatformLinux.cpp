@@ -10,6 +10,7 @@
 #include "platform/linux/FontsWarmUp.h"
 #include "platform/linux/GraphicsCopiesVulkan.h"
 #include "platform/linux/HostNameAvahi.h"
+#include "platform/linux/HotKeysX11.h"
 #include "platform/linux/InputIdleTimeX11.h"
 #include "platform/linux/NotificationsDBus.h"
 #include "platform/linux/PowerSourcesSysfs.h"
@@ -19,16 +20,21 @@
 #include "platform/linux/SoundsCanberra.h"
 #include "platform/linux/SpeechCommand.h"
 #include "platform/linux/TemperatureSensorsSysfs.h"
+#include "platform/linux/TrayHostLinux.h"
+#include "platform/linux/WindowActivationX11.h"
 #include "platform/posix/BoundedPowerSources.h"
 #include "platform/posix/BoundedTemperatureSensors.h"
 #include "platform/posix/ChildProcessesPosix.h"
+#include "platform/posix/HotKeysFirstAvailable.h"
 #include "platform/posix/InputIdleTimeFirstAvailable.h"
 #include "platform/posix/NetworkInterfacesPosix.h"
 #include "platform/posix/TextFilesPosix.h"
+#include "platform/qt/ApplicationQt.h"
 #include "platform/qt/ColorSchemePortal.h"
 #include "platform/qt/DispatchQt.h"
 #include "platform/qt/PasteboardQt.h"
 #include "platform/qt/SettingsStoreQt.h"
+#include "platform/qt/StatusBarQt.h"
 #include "platform/qt/UrlOpenerQt.h"
 
 namespace orvalen {
@@ -65,6 +71,14 @@ std::unique_ptr<InputIdleTime> inputIdleTime()
     return std::make_unique<InputIdleTimeFirstAvailable>(std::move(ways));
 }
 
+/// Ways to get keys from whatever program is in front, best first. Other kinds of session join here.
+std::unique_ptr<HotKeys> hotKeys(Dispatch &dispatch)
+{
+    std::vector<std::unique_ptr<HotKeys>> ways;
+    ways.push_back(std::make_unique<HotKeysX11>(dispatch));
+    return std::make_unique<HotKeysFirstAvailable>(std::move(ways));
+}
+
 } // namespace
 
 void prepareNativePlatform()
@@ -95,6 +109,9 @@ Platform nativePlatform(const QString &settingsName)
     platform.captureAccess = std::make_unique<ScreenCaptureAccessLinux>();
     platform.speech = std::make_unique<SpeechCommand>(*platform.processes, searchPath());
     platform.files = std::make_unique<TextFilesPosix>();
+    platform.hotKeys = hotKeys(*platform.dispatch);
+    platform.application = std::make_unique<ApplicationQt>(bringForwardForUser);
+    platform.statusBar = std::make_unique<StatusBarQt>(std::make_unique<TrayHostLinux>(), *platform.colorScheme);
     platform.powerAssertions =
         std::make_unique<PowerAssertionsFirstGranted>(linuxSleepInhibitors({"Orvalen", ORVALEN_APPLICATION_ID}));
     platform.streamServer = streamServer();

@@ -1,8 +1,11 @@
+#include "app/FirstPaint.h"
 #include "app/NativePlatform.h"
 #include "app/Program.h"
+#include "core/AppDelegate.h"
 #include "core/AppState.h"
 #include "streaming/WebScreenServer.h"
 #include "system/CaffeineManager.h"
+#include "system/HotKeyManager.h"
 #include "ui/MainView.h"
 
 int main(int argc, char **argv)
@@ -18,5 +21,9 @@ int main(int argc, char **argv)
     window.show();
     // Asks the desktop, whose answer need not be waited for: a window first.
     platform.dispatch->onMain([&] { window.followColorScheme(*platform.colorScheme); });
+
+    AppDelegate delegate({*platform.application, HotKeyManager::shared(), *platform.statusBar, AppState::shared(),
+                          WebScreenServer::shared(), *platform.dispatch});
+    afterFirstPaint(window, [&] { delegate.applicationDidFinishLaunching(); });
     program.run();
 }

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
+#include "app/FirstPaint.h"
 #include "app/NativePlatform.h"
 #include "app/Program.h"
 #include "app/SimulatedLaptopWindow.h"
+#include "core/AppDelegate.h"
 #include "core/AppState.h"
 #include "platform/simulated/GraphicsCopiesSimulated.h"
 #include "platform/simulated/InputIdleTimeSimulated.h"
@@ -14,6 +16,7 @@
 #include "platform/simulated/TemperatureSensorsSimulated.h"
 #include "streaming/WebScreenServer.h"
 #include "system/CaffeineManager.h"
+#include "system/HotKeyManager.h"
 #include "ui/MainView.h"
 
 namespace {
@@ -64,5 +67,9 @@ int main(int argc, char **argv)
     placeSideBySide(window, laptopWindow);
     laptopWindow.show();
     window.show();
+
+    AppDelegate delegate({*platform.application, HotKeyManager::shared(), *platform.statusBar, state,
+                          WebScreenServer::shared(), *platform.dispatch});
+    afterFirstPaint(window, [&] { delegate.applicationDidFinishLaunching(); });
     program.run();
 }

@@ -18,7 +18,8 @@ void Platform::install(Platform platform)
                           platform.settings && platform.sounds && platform.notifications && platform.urls &&
                           platform.colorScheme && platform.processes && platform.hostName && platform.interfaces &&
                           platform.pasteboard && platform.captureAccess && platform.speech && platform.files &&
-                          platform.powerAssertions && !platform.streamServer.empty();
+                          platform.hotKeys && platform.powerAssertions && platform.application && platform.statusBar &&
+                          !platform.streamServer.empty();
     if (theOne || !complete)
         std::abort();
     theOne = new Platform(std::move(platform));

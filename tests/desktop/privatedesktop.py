@@ -16,6 +16,7 @@ from pathlib import Path
 HERE = Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
 PYTHON = '/usr/bin/python3'  # the one that Debian's modules belong to
+GREETING = '🛡️ Orvalen: Blind Hotkeys registered (Cmd+Option+W = Warmup, Cmd+Option+M = Blind Cast)\n'  # of every start
 MARK = 'ORVALEN_TEST_DESKTOP'  # in the environment of everything that lives in a desktop
 
 BUS = '''<busconfig>
@@ -235,7 +236,7 @@ class Desktop:
 class Child:
     """A small Python program inside the desktop that talks JSON, one object a line."""
 
-    def __init__(self, desktop, script, *arguments, **options):
+    def __init__(self, desktop, script, arguments=(), **options):
         name = Path(script).name
         self.errors = desktop.folder / (name + '.err')
         self.process = desktop.start_service(name, [PYTHON, str(HERE / script), *arguments], stdout=subprocess.PIPE,

@@ -25,7 +25,7 @@ class SleepService(Child):
     """A stand-in for one of them."""
 
     def __init__(self, desktop, *arguments):
-        super().__init__(desktop, '../support/sleep_services.py', *arguments)
+        super().__init__(desktop, '../support/sleep_services.py', arguments)
         assert self.read(20) == 'ready', self.errors.read_text()
 
     def next(self):
