@@ -18,6 +18,7 @@
 #include "platform/linux/ProcessorsAffinity.h"
 #include "platform/linux/ScreenCaptureAccessLinux.h"
 #include "platform/linux/SettingsPagesDesktop.h"
+#include "platform/linux/SleepInhibitorsLinux.h"
 #include "platform/linux/SoundsCanberra.h"
 #include "platform/linux/SpeechCommand.h"
 #include "platform/linux/TemperatureSensorsSysfs.h"
@@ -120,6 +121,8 @@ Platform nativePlatform(const QString &settingsName)
     platform.statusBar = std::make_unique<StatusBarQt>(std::make_unique<TrayHostLinux>(), *platform.colorScheme);
     platform.dates = std::make_unique<LocalisedDatesIcu>();
     platform.documents = std::make_unique<DocumentsQt>();
+    platform.powerAssertions =
+        std::make_unique<PowerAssertionsFirstGranted>(linuxSleepInhibitors({"Orvalen", ORVALEN_APPLICATION_ID}));
     platform.streamServer = streamServer();
     return platform;
 }

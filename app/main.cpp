@@ -4,6 +4,7 @@
 #include "core/AppDelegate.h"
 #include "core/AppState.h"
 #include "streaming/WebScreenServer.h"
+#include "system/CaffeineManager.h"
 #include "system/HotKeyManager.h"
 #include "ui/MainView.h"
 
@@ -16,7 +17,7 @@ int main(int argc, char **argv)
     Platform::install(nativePlatform(QStringLiteral("Orvalen")));
     auto &platform = Platform::installed();
 
-    MainView window(AppState::shared(), WebScreenServer::shared(), *platform.urls);
+    MainView window(AppState::shared(), WebScreenServer::shared(), CaffeineManager::shared(), *platform.urls);
     window.show();
     // Asks the desktop, whose answer need not be waited for: a window first.
     platform.dispatch->onMain([&] { window.followColorScheme(*platform.colorScheme); });

@@ -15,6 +15,7 @@
 #include "platform/simulated/SimulatedLaptop.h"
 #include "platform/simulated/TemperatureSensorsSimulated.h"
 #include "streaming/WebScreenServer.h"
+#include "system/CaffeineManager.h"
 #include "system/HotKeyManager.h"
 #include "ui/MainView.h"
 
@@ -59,7 +60,7 @@ int main(int argc, char **argv)
     auto &platform = Platform::installed();
     auto &state = AppState::shared();
 
-    MainView window(state, WebScreenServer::shared(), *platform.urls);
+    MainView window(state, WebScreenServer::shared(), CaffeineManager::shared(), *platform.urls);
     SimulatedLaptopWindow laptopWindow(state, *laptop);
     window.followColorScheme(*platform.colorScheme);
     laptopWindow.followColorScheme(*platform.colorScheme);

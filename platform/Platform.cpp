@@ -18,8 +18,8 @@ void Platform::install(Platform platform)
                           platform.settings && platform.sounds && platform.notifications && platform.urls &&
                           platform.colorScheme && platform.processes && platform.hostName && platform.interfaces &&
                           platform.pasteboard && platform.captureAccess && platform.speech && platform.files &&
-                          platform.hotKeys && platform.application && platform.statusBar && platform.usb &&
-                          platform.settingsPages && platform.dates && platform.documents &&
+                          platform.hotKeys && platform.powerAssertions && platform.application && platform.statusBar &&
+                          platform.usb && platform.settingsPages && platform.dates && platform.documents &&
                           !platform.streamServer.empty();
     if (theOne || !complete)
         std::abort();

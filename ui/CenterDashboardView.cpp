@@ -5,6 +5,7 @@
 #include "core/AppState.h"
 #include "core/MakerSite.h"
 #include "platform/UrlOpener.h"
+#include "system/CaffeineManager.h"
 #include "ui/DashboardHomeTab.h"
 #include "ui/DashboardRules.h"
 #include "ui/MultiCloneView.h"
@@ -34,8 +35,9 @@ enum Tab
 
 } // namespace
 
-CenterDashboardView::CenterDashboardView(AppState &state, WebScreenServer &webServer, UrlOpener &urls, QWidget *parent)
-    : Panel(neutral::window, EdgeLine::none, parent), state(state), webServer(webServer), urls(urls)
+CenterDashboardView::CenterDashboardView(AppState &state, WebScreenServer &webServer, CaffeineManager &caffeine,
+                                         UrlOpener &urls, QWidget *parent)
+    : Panel(neutral::window, EdgeLine::none, parent), state(state), webServer(webServer), caffeine(caffeine), urls(urls)
 {
     setMinimumWidth(minimumColumnWidth);
     vStackIn(*this, {header(), tabBar(), hairline(), filling(content())}).spacing(0);
@@ -52,10 +54,17 @@ QWidget *CenterDashboardView::header()
                              })
                           .spacing(0),
                       spacer(),
+                      Element(sleepToggle(), 0, Qt::AlignTop),
                       Element(statusBadge(), 0, Qt::AlignTop),
                   })
         .spacing(10)
         .padding(side, 14, side, 0);
+}
+
+QWidget *CenterDashboardView::sleepToggle()
+{
+    return symbolToggle({.off = "cup.and.saucer", .on = "cup.and.saucer.fill"}, tr("Prevent sleep"), caffeine.isActive,
+                        [this] { caffeine.toggle(); });
 }
 
 QWidget *CenterDashboardView::statusBadge()

@@ -13,6 +13,7 @@ class TabButton;
 namespace orvalen {
 
 class AppState;
+class CaffeineManager;
 class UrlOpener;
 class WebScreenServer;
 
@@ -22,12 +23,14 @@ class CenterDashboardView : public kit::Panel
     Q_OBJECT
 
 public:
-    CenterDashboardView(AppState &state, WebScreenServer &webServer, UrlOpener &urls, QWidget *parent = nullptr);
+    CenterDashboardView(AppState &state, WebScreenServer &webServer, CaffeineManager &caffeine, UrlOpener &urls,
+                        QWidget *parent = nullptr);
 
     static constexpr int minimumColumnWidth = 420;
 
 private:
     QWidget *header();
+    QWidget *sleepToggle();
     QWidget *statusBadge();
     QWidget *tabBar();
     kit::TabButton *tabButton(const QString &title, int tag, const QString &icon);
@@ -39,6 +42,7 @@ private:
 
     AppState &state;
     WebScreenServer &webServer;
+    CaffeineManager &caffeine;
     UrlOpener &urls;
     QStackedLayout *pages = nullptr;
     QHash<int, QWidget *> made; // tabs are made when they are first looked at

@@ -22,7 +22,8 @@ constexpr QSize usualSize{1000, 680};
 
 } // namespace
 
-MainView::MainView(AppState &state, WebScreenServer &webServer, UrlOpener &urls, QWidget *parent)
+MainView::MainView(AppState &state, WebScreenServer &webServer, CaffeineManager &caffeine, UrlOpener &urls,
+                   QWidget *parent)
     : QWidget(parent), theme(new kit::Theme(*this))
 {
     setWindowTitle(tr("Orvalen"));
@@ -33,7 +34,7 @@ MainView::MainView(AppState &state, WebScreenServer &webServer, UrlOpener &urls,
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
     row->addWidget(new LeftSidebarAdView);
-    row->addWidget(new CenterDashboardView(state, webServer, urls), 1);
+    row->addWidget(new CenterDashboardView(state, webServer, caffeine, urls), 1);
     row->addWidget(new RightSidebarUtilityView(webServer));
 
     new kit::FocusRing(*this);

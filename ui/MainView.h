@@ -5,6 +5,7 @@
 namespace orvalen {
 
 class AppState;
+class CaffeineManager;
 class ColorScheme;
 class UrlOpener;
 class WebScreenServer;
@@ -20,7 +21,8 @@ class MainView : public QWidget
 
 public:
     /// Everything must outlive the window.
-    MainView(AppState &state, WebScreenServer &webServer, UrlOpener &urls, QWidget *parent = nullptr);
+    MainView(AppState &state, WebScreenServer &webServer, CaffeineManager &caffeine, UrlOpener &urls,
+             QWidget *parent = nullptr);
 
     /// Light or dark as the desktop says. Without this, as the system's palette looks.
     void followColorScheme(ColorScheme &scheme);

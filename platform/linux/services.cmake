@@ -1,4 +1,4 @@
-# Graphics memory copies, sounds, speech, notifications and the announced name of a Linux desktop.
+# Graphics memory copies, sounds, speech, notifications, the announced name and the sleep of a Linux desktop.
 
 find_package(PkgConfig REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus)
@@ -14,9 +14,17 @@ orvalen_library(orvalen_platform_linux_graphics
 target_link_libraries(orvalen_platform_linux_graphics PUBLIC orvalen_platform Vulkan::Headers PRIVATE ${CMAKE_DL_LIBS})
 
 orvalen_library(orvalen_platform_linux_desktop
+    BusConnection.cpp
     HostNameAvahi.cpp
     NotificationsDBus.cpp NotificationsDBus.h
     SettingsPagesDesktop.cpp
+    PowerAssertionsFirstGranted.cpp
+    SleepInhibitionByCookie.cpp
+    SleepInhibitorLogind.cpp
+    SleepInhibitorPortal.cpp
+    SleepInhibitorPowerManagement.cpp
+    SleepInhibitorSessionManager.cpp
+    SleepInhibitorsLinux.cpp
     SoundsCanberra.cpp
     SpeechCommand.cpp)
 set_target_properties(orvalen_platform_linux_desktop PROPERTIES AUTOMOC ON)

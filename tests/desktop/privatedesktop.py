@@ -239,10 +239,11 @@ class Child:
     """A small Python program inside the desktop that talks JSON, one object a line."""
 
     def __init__(self, desktop, script, arguments=(), **options):
-        self.process = desktop.start_service(script, [PYTHON, str(HERE / script), *arguments], stdout=subprocess.PIPE,
-                                             stderr=open(desktop.folder / (script + '.err'), 'wb'), **options)
+        name = Path(script).name
+        self.errors = desktop.folder / (name + '.err')
+        self.process = desktop.start_service(name, [PYTHON, str(HERE / script), *arguments], stdout=subprocess.PIPE,
+                                             stderr=open(self.errors, 'wb'), **options)
         self.buffer = b''
-        self.errors = desktop.folder / (script + '.err')
 
     def read(self, seconds):
         """The next object, or None if there is none within that time."""

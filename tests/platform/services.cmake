@@ -40,6 +40,18 @@ set_target_properties(notifications_dbus_test PROPERTIES AUTOMOC ON)
 orvalen_test(host_name_avahi_test SOURCES HostNameAvahiTest.cpp LIBRARIES orvalen_platform_linux_desktop Qt6::Network)
 set_target_properties(host_name_avahi_test PROPERTIES AUTOMOC ON)
 
+# Keeping awake: which service is asked, by fakes; what each is asked, by stand-ins and the real thing on buses of the
+# test's own.
+orvalen_test(power_assertions_test SOURCES PowerAssertionsFirstGrantedTest.cpp
+    LIBRARIES orvalen_platform_linux_desktop)
+add_executable(hold_awake HoldAwake.cpp)
+orvalen_common(hold_awake)
+set_target_properties(hold_awake PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${ORVALEN_TEST_OUTPUT_DIRECTORY}")
+target_link_libraries(hold_awake PRIVATE orvalen_platform_linux_desktop)
+add_test(NAME SleepInhibitors
+    COMMAND "${Python3_EXECUTABLE}" "${CMAKE_CURRENT_SOURCE_DIR}/sleep_inhibitors_test.py" "$<TARGET_FILE:hold_awake>")
+set_tests_properties(SleepInhibitors PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 180)
+
 orvalen_test(speech_command_test SOURCES SpeechCommandTest.cpp
     LIBRARIES orvalen_platform_linux_desktop orvalen_platform_posix)
 

@@ -91,13 +91,13 @@ TEST_F(Accessibility, tabWalksThroughEverythingInReadingOrderAndBack)
 {
     EXPECT_EQ(QApplication::focusWidget(), &window); // no control before it is asked for
     std::vector<std::string> visited;
-    for (int i = 0; i < 8; ++i) {
+    for (int i = 0; i < 9; ++i) {
         press(Qt::Key_Tab);
         visited.push_back(focused());
     }
     EXPECT_THAT(visited,
-                ElementsAre("Quenmark Technologies", "Dashboard", "Screen Clone", "Diagnostics", "Power & Tools",
-                            "Settings", "Trigger Prime Warmup Now", "Autonomous Thermal Shield"));
+                ElementsAre("Quenmark Technologies", "Prevent sleep", "Dashboard", "Screen Clone", "Diagnostics",
+                            "Power & Tools", "Settings", "Trigger Prime Warmup Now", "Autonomous Thermal Shield"));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
     EXPECT_EQ(focused(), "Trigger Prime Warmup Now");
 }

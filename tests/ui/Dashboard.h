@@ -4,7 +4,9 @@
 #include <QApplication>
 #include <QWidget>
 
+#include "system/CaffeineManager.h"
 #include "tests/support/FakeMachine.h"
+#include "tests/support/PowerFakes.h"
 #include "ui/MainView.h"
 
 namespace orvalen::test {
@@ -17,7 +19,9 @@ struct Dashboard
     AppState state{machine.stateServices(engine)};
     OfflineBridgeManager bridges{machine.interfaces};
     WebScreenServer webServer{machine.streamServices(bridges)};
-    MainView window{state, webServer, machine.urls};
+    FakePowerAssertions power;
+    CaffeineManager caffeine{power};
+    MainView window{state, webServer, caffeine, machine.urls};
 
     void setBridge(double celsius, double soc = 0.0)
     {

@@ -161,7 +161,9 @@ const QStringList symbols{"shield.lefthalf.filled",
                           "doc.fill",
                           "photo.fill",
                           "curlybraces",
-                          "message.fill"};
+                          "message.fill",
+                          "cup.and.saucer",
+                          "cup.and.saucer.fill"};
 
 TEST(Symbols, haveTheirColourAndNoOther)
 {

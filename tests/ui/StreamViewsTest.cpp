@@ -405,7 +405,7 @@ TEST_F(Stream, theViewsLetGoOfTheStreamWithTheWindow)
     const auto followers = [this] { return webServer.isRunning.subscriberCount(); };
     const auto before = followers();
     {
-        MainView another(state, webServer, machine.urls);
+        MainView another(state, webServer, caffeine, machine.urls);
         EXPECT_GT(followers(), before);
     }
     EXPECT_EQ(followers(), before);

@@ -76,6 +76,8 @@ int main(int argc, char *argv[])
                 dashboard.state.isWarmingUp = warming;
                 dashboard.state.warmupProgress = warming ? 0.567 : 1.0;
                 dashboard.state.currentPulseTemp = 37.8;
+                if (dashboard.caffeine.isActive != warming)
+                    dashboard.caffeine.toggle();
                 dashboard.window.resize(width, width == 815 ? 560 : 680);
                 dashboard.settle();
                 QThread::msleep(250); // what fades has faded
@@ -111,7 +113,7 @@ int main(int argc, char *argv[])
     dashboard.window.resize(1000, 680);
     dashboard.window.activateWindow();
     dashboard.settle();
-    for (const auto *where : {"link", "tab", "button", "switch"}) {
+    for (const auto *where : {"link", "cup", "tab", "button", "switch"}) {
         const int steps = where == QByteArray("button") ? 5 : 1;
         for (int step = 0; step < steps; ++step) {
             QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);

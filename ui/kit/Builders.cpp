@@ -405,6 +405,17 @@ Container<QWidget> toggleRow(Published<bool> &setting, const QString &name, cons
         .spacing(12);
 }
 
+Built<SymbolToggle> symbolToggle(const SymbolToggle::Symbols &symbols, const QString &name, const Live<bool> &isOn,
+                                 Action press)
+{
+    auto *toggle = new SymbolToggle(symbols);
+    toggle->setAccessibleName(name);
+    toggle->setToolTip(name);
+    isOn.follow(*toggle, [toggle](bool on) { toggle->setChecked(on); });
+    QObject::connect(toggle, &QAbstractButton::clicked, toggle, std::move(press));
+    return Built(toggle);
+}
+
 Built<Badge> statusBadge(const Live<QString> &word, const Live<Accent> &accent)
 {
     return Built(badge({.isStatus = true}, word, accent));

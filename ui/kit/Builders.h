@@ -19,6 +19,7 @@
 #include "ui/kit/QRCodeView.h"
 #include "ui/kit/SmallButton.h"
 #include "ui/kit/SymbolLabel.h"
+#include "ui/kit/SymbolToggle.h"
 #include "ui/kit/TextLabel.h"
 #include "ui/kit/Toggle.h"
 
@@ -180,6 +181,10 @@ Built<Toggle> toggle(Published<bool> &setting, const QString &name, const QStrin
 
 /// The same with both texts before it.
 Container<QWidget> toggleRow(Published<bool> &setting, const QString &name, const QString &description);
+
+/// A switch that is a symbol and says whether something is so; `press` may change that. `name` is its tooltip, too.
+Built<SymbolToggle> symbolToggle(const SymbolToggle::Symbols &symbols, const QString &name, const Live<bool> &isOn,
+                                 Action press);
 
 /// A state in a word: with a dot, and said by screen readers when it changes.
 Built<Badge> statusBadge(const Live<QString> &word, const Live<Accent> &accent);
