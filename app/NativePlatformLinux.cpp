@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "app/NativePlatform.h"
 #include "platform/linux/ClockBoottime.h"
@@ -14,6 +15,7 @@
 #include "platform/linux/NotificationsDBus.h"
 #include "platform/linux/PowerSourcesSysfs.h"
 #include "platform/linux/ProcessorsAffinity.h"
+#include "platform/linux/ProgramInstanceDBus.h"
 #include "platform/linux/ScreenCaptureAccessLinux.h"
 #include "platform/linux/SoundsCanberra.h"
 #include "platform/linux/SpeechCommand.h"
@@ -65,6 +67,11 @@ std::unique_ptr<InputIdleTime> inputIdleTime()
 }
 
 } // namespace
+
+std::unique_ptr<ProgramInstance> nativeProgramInstance(std::string name)
+{
+    return std::make_unique<ProgramInstanceDBus>(std::move(name));
+}
 
 void prepareNativePlatform()
 {

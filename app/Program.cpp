@@ -1,10 +1,15 @@
 #include "app/Program.h"
 
 #include <QLoggingCategory>
+#include <QWidget>
 
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
+
+#include "platform/ProgramInstance.h"
+#include "platform/posix/TerminationSignals.h"
 
 namespace orvalen {
 
@@ -22,13 +27,34 @@ int &introduced(int &argc)
     return argc;
 }
 
+/// Also when it had been closed or minimised.
+void show(const std::vector<QWidget *> &windows)
+{
+    for (auto *window : windows) {
+        window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+        window->show();
+        window->raise();
+        window->activateWindow();
+    }
+}
+
 } // namespace
 
-Program::Program(int &argc, char **argv)
+Program::Program(int &argc, char **argv, const TerminationSignals &signals)
     : application(introduced(argc), argv), termination(signals.descriptor(), QSocketNotifier::Read)
 {
     QObject::connect(&termination, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
     std::setlocale(LC_NUMERIC, "C"); // Qt has set the user's; our numbers have a point everywhere
+}
+
+void Program::answer(ProgramInstance &instance, std::vector<QWidget *> windows,
+                     std::function<void(std::string_view action)> performAction)
+{
+    instance.serve({
+        .activate = [windows = std::move(windows)](const std::string &) { show(windows); },
+        .performAction = [perform = std::move(performAction)](std::string_view name,
+                                                              const std::string &) { perform(name); },
+    });
 }
 
 void Program::run()

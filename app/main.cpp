@@ -1,6 +1,7 @@
 #include "app/NativePlatform.h"
 #include "app/Program.h"
 #include "core/AppState.h"
+#include "platform/posix/TerminationSignals.h"
 #include "streaming/WebScreenServer.h"
 #include "ui/MainView.h"
 
@@ -8,8 +9,12 @@ int main(int argc, char **argv)
 {
     using namespace orvalen;
 
+    const TerminationSignals signals;
+    const auto instance = nativeProgramInstance(ORVALEN_APPLICATION_ID);
+    if (!instance->begin())
+        return 0;
     prepareNativePlatform();
-    Program program(argc, argv);
+    Program program(argc, argv, signals);
     Platform::install(nativePlatform(QStringLiteral("Orvalen")));
     auto &platform = Platform::installed();
 
@@ -17,5 +22,6 @@ int main(int argc, char **argv)
     window.show();
     // Asks the desktop, whose answer need not be waited for: a window first.
     platform.dispatch->onMain([&] { window.followColorScheme(*platform.colorScheme); });
+    program.answer(*instance, {&window}, [](std::string_view) {});
     program.run();
 }

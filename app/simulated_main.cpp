@@ -6,6 +6,7 @@
 #include "app/Program.h"
 #include "app/SimulatedLaptopWindow.h"
 #include "core/AppState.h"
+#include "platform/posix/TerminationSignals.h"
 #include "platform/simulated/GraphicsCopiesSimulated.h"
 #include "platform/simulated/InputIdleTimeSimulated.h"
 #include "platform/simulated/PowerSourcesSimulated.h"
@@ -49,8 +50,12 @@ void placeSideBySide(QWidget &first, QWidget &second)
 
 int main(int argc, char **argv)
 {
+    const TerminationSignals signals;
+    const auto instance = nativeProgramInstance(ORVALEN_APPLICATION_ID ".Simulated");
+    if (!instance->begin())
+        return 0;
     prepareNativePlatform();
-    Program program(argc, argv);
+    Program program(argc, argv, signals);
     SimulatedLaptop *laptop = nullptr;
     Platform::install(simulatedPlatform(laptop));
     auto &platform = Platform::installed();
@@ -63,5 +68,6 @@ int main(int argc, char **argv)
     placeSideBySide(window, laptopWindow);
     laptopWindow.show();
     window.show();
+    program.answer(*instance, {&laptopWindow, &window}, [](std::string_view) {});
     program.run();
 }

@@ -1,4 +1,4 @@
-# Graphics memory copies, sounds, speech, notifications and the announced name of a Linux desktop.
+# Graphics memory copies, sounds, speech, notifications, the announced name, and the one program of a Linux desktop.
 
 find_package(PkgConfig REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus)
@@ -16,6 +16,7 @@ target_link_libraries(orvalen_platform_linux_graphics PUBLIC orvalen_platform Vu
 orvalen_library(orvalen_platform_linux_desktop
     HostNameAvahi.cpp
     NotificationsDBus.cpp NotificationsDBus.h
+    ProgramInstanceDBus.cpp
     SoundsCanberra.cpp
     SpeechCommand.cpp)
 set_target_properties(orvalen_platform_linux_desktop PROPERTIES AUTOMOC ON)

@@ -45,3 +45,7 @@ orvalen_test(speech_command_test SOURCES SpeechCommandTest.cpp
 
 orvalen_test(pasteboard_qt_test SOURCES PasteboardQtTest.cpp ../support/XServer.cpp
     LIBRARIES orvalen_platform_qt Qt6::Gui)
+
+# On session buses of the test's own.
+orvalen_test(program_instance_dbus_test SOURCES ProgramInstanceDBusTest.cpp
+    LIBRARIES orvalen_platform_linux_desktop Qt6::Network)
