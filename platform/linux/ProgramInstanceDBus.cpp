@@ -74,6 +74,13 @@ std::string pathOf(std::string_view busName)
     return path;
 }
 
+/// Other libraries in this process would wait for a silent bus without end, and the window with them. From now on there
+/// is none for them. Before other threads read the environment.
+void forgetBus()
+{
+    ::setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
+}
+
 /// The library itself would wait for minutes until it is connected.
 bool connected(sd_bus *bus, const Deadline &deadline)
 {
@@ -236,8 +243,11 @@ bool ProgramInstanceDBus::begin()
     if (sd_bus_open_user(&opened) < 0)
         return true;
     std::unique_ptr<sd_bus, Close> ours(opened);
-    if (!connected(ours.get(), deadline))
+    if (!connected(ours.get(), deadline)) {
+        if (deadline.isOver())
+            forgetBus();
         return true;
+    }
 
     for (auto neighbour = Neighbour::gone; neighbour == Neighbour::gone;) {
         const auto isTaken = hasTaken(ours.get(), busName, deadline);

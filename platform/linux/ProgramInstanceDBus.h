@@ -16,7 +16,8 @@ namespace orvalen {
 ///
 /// A running program that does not answer in time counts as running all the same: it may just be starting on a slow
 /// machine, two of them would heat at once, and the request waits for it. A dead one loses its name by itself. Somebody
-/// who has the name and does not know the interface is none of ours.
+/// who has the name and does not know the interface is none of ours. A bus that takes a connection and says nothing is
+/// taken out of this process's environment, so that nobody else in it waits for it.
 class ProgramInstanceDBus : public ProgramInstance
 {
 public:
@@ -24,6 +25,7 @@ public:
     explicit ProgramInstanceDBus(std::string busName, std::chrono::milliseconds patience = std::chrono::seconds(1));
     ~ProgramInstanceDBus() override;
 
+    /// Before there are other threads.
     [[nodiscard]] bool begin() override;
 
     /// Wants an event loop in this thread.
