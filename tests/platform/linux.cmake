@@ -17,6 +17,7 @@ orvalen_test(platform_linux_test
 orvalen_test(platform_x11_test
     SOURCES
         InputIdleTimeX11Test.cpp
+        LaunchFeedbackX11Test.cpp
         ScreenCaptureAccessLinuxTest.cpp
         ../support/XServer.cpp
     LIBRARIES orvalen_platform_linux
