@@ -14,6 +14,10 @@ namespace orvalen {
 /// nothing.
 [[nodiscard]] std::unique_ptr<ProgramInstance> nativeProgramInstance(std::string name);
 
+/// Tells the desktop that the launch to which it gave this token has been seen to, so that it need not wait for a
+/// window.
+void endLaunch(const std::string &token);
+
 /// What the system can get ready on its own while the program starts. Early in the entry point.
 void prepareNativePlatform();
 

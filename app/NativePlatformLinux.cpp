@@ -11,7 +11,9 @@
 #include "platform/linux/FontsWarmUp.h"
 #include "platform/linux/GraphicsCopiesVulkan.h"
 #include "platform/linux/HostNameAvahi.h"
+#include "platform/linux/HotKeysX11.h"
 #include "platform/linux/InputIdleTimeX11.h"
+#include "platform/linux/LaunchFeedbackX11.h"
 #include "platform/linux/NotificationsDBus.h"
 #include "platform/linux/PowerSourcesSysfs.h"
 #include "platform/linux/ProcessorsAffinity.h"
@@ -20,16 +22,21 @@
 #include "platform/linux/SoundsCanberra.h"
 #include "platform/linux/SpeechCommand.h"
 #include "platform/linux/TemperatureSensorsSysfs.h"
+#include "platform/linux/TrayHostLinux.h"
+#include "platform/linux/WindowActivationX11.h"
 #include "platform/posix/BoundedPowerSources.h"
 #include "platform/posix/BoundedTemperatureSensors.h"
 #include "platform/posix/ChildProcessesPosix.h"
+#include "platform/posix/HotKeysFirstAvailable.h"
 #include "platform/posix/InputIdleTimeFirstAvailable.h"
 #include "platform/posix/NetworkInterfacesPosix.h"
 #include "platform/posix/TextFilesPosix.h"
+#include "platform/qt/ApplicationQt.h"
 #include "platform/qt/ColorSchemePortal.h"
 #include "platform/qt/DispatchQt.h"
 #include "platform/qt/PasteboardQt.h"
 #include "platform/qt/SettingsStoreQt.h"
+#include "platform/qt/StatusBarQt.h"
 #include "platform/qt/UrlOpenerQt.h"
 
 namespace orvalen {
@@ -66,11 +73,24 @@ std::unique_ptr<InputIdleTime> inputIdleTime()
     return std::make_unique<InputIdleTimeFirstAvailable>(std::move(ways));
 }
 
+/// Ways to get keys from whatever program is in front, best first. Other kinds of session join here.
+std::unique_ptr<HotKeys> hotKeys(Dispatch &dispatch)
+{
+    std::vector<std::unique_ptr<HotKeys>> ways;
+    ways.push_back(std::make_unique<HotKeysX11>(dispatch));
+    return std::make_unique<HotKeysFirstAvailable>(std::move(ways));
+}
+
 } // namespace
 
 std::unique_ptr<ProgramInstance> nativeProgramInstance(std::string name)
 {
     return std::make_unique<ProgramInstanceDBus>(std::move(name));
+}
+
+void endLaunch(const std::string &token)
+{
+    endLaunchFeedback(token);
 }
 
 void prepareNativePlatform()
@@ -101,6 +121,9 @@ Platform nativePlatform(const QString &settingsName)
     platform.captureAccess = std::make_unique<ScreenCaptureAccessLinux>();
     platform.speech = std::make_unique<SpeechCommand>(*platform.processes, searchPath());
     platform.files = std::make_unique<TextFilesPosix>();
+    platform.hotKeys = hotKeys(*platform.dispatch);
+    platform.application = std::make_unique<ApplicationQt>(bringForwardForUser);
+    platform.statusBar = std::make_unique<StatusBarQt>(std::make_unique<TrayHostLinux>(), *platform.colorScheme);
     platform.streamServer = streamServer();
     return platform;
 }

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include "app/NativePlatform.h"
+#include "core/AppDelegate.h"
 #include "platform/ProgramInstance.h"
 #include "platform/posix/TerminationSignals.h"
 
@@ -27,33 +29,31 @@ int &introduced(int &argc)
     return argc;
 }
 
-/// Also when it had been closed or minimised.
-void show(const std::vector<QWidget *> &windows)
-{
-    for (auto *window : windows) {
-        window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
-        window->show();
-        window->raise();
-        window->activateWindow();
-    }
-}
-
 } // namespace
 
 Program::Program(int &argc, char **argv, const TerminationSignals &signals)
     : application(introduced(argc), argv), termination(signals.descriptor(), QSocketNotifier::Read)
 {
-    QObject::connect(&termination, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
+    // Not by way of the windows, which would be asked first.
+    QObject::connect(&termination, &QSocketNotifier::activated, &application, [] { QCoreApplication::exit(0); });
     std::setlocale(LC_NUMERIC, "C"); // Qt has set the user's; our numbers have a point everywhere
 }
 
-void Program::answer(ProgramInstance &instance, std::vector<QWidget *> windows,
-                     std::function<void(std::string_view action)> performAction)
+void Program::answer(ProgramInstance &instance, std::vector<QWidget *> windows, AppDelegate &delegate)
 {
     instance.serve({
-        .activate = [windows = std::move(windows)](const std::string &) { show(windows); },
-        .performAction = [perform = std::move(performAction)](std::string_view name,
-                                                              const std::string &) { perform(name); },
+        .activate =
+            [windows = std::move(windows), &delegate](const std::string &token) {
+                for (auto *const window : windows)
+                    window->show();
+                delegate.menuBarClicked();
+                endLaunch(token);
+            },
+        .performAction =
+            [&delegate](std::string_view name, const std::string &token) {
+                delegate.performAction(name);
+                endLaunch(token);
+            },
     });
 }
 

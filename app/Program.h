@@ -3,12 +3,11 @@
 #include <QApplication>
 #include <QSocketNotifier>
 
-#include <functional>
-#include <string_view>
 #include <vector>
 
 namespace orvalen {
 
+class AppDelegate;
 class ProgramInstance;
 class TerminationSignals;
 
@@ -19,10 +18,9 @@ public:
     /// `signals` must outlive the program.
     Program(int &argc, char **argv, const TerminationSignals &signals);
 
-    /// From now on the desktop and later starts of the program are answered: they show `windows`, the last one before
-    /// all others and with the keyboard, or have an action performed. Everything must outlive the program.
-    void answer(ProgramInstance &instance, std::vector<QWidget *> windows,
-                std::function<void(std::string_view action)> performAction);
+    /// From now on the desktop and later starts of the program are answered: `windows` are shown, also closed ones, and
+    /// brought forward by the delegate, or it performs an action. Everything must outlive the program.
+    static void answer(ProgramInstance &instance, std::vector<QWidget *> windows, AppDelegate &delegate);
 
     /// Runs the event loop and ends the process with its result; polite termination signals end it with 0.
     [[noreturn]] void run();

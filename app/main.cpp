@@ -1,8 +1,11 @@
+#include "app/FirstPaint.h"
 #include "app/NativePlatform.h"
 #include "app/Program.h"
+#include "core/AppDelegate.h"
 #include "core/AppState.h"
 #include "platform/posix/TerminationSignals.h"
 #include "streaming/WebScreenServer.h"
+#include "system/HotKeyManager.h"
 #include "ui/MainView.h"
 
 int main(int argc, char **argv)
@@ -22,6 +25,12 @@ int main(int argc, char **argv)
     window.show();
     // Asks the desktop, whose answer need not be waited for: a window first.
     platform.dispatch->onMain([&] { window.followColorScheme(*platform.colorScheme); });
-    program.answer(*instance, {&window}, [](std::string_view) {});
+
+    AppDelegate delegate({*platform.application, HotKeyManager::shared(), *platform.statusBar, AppState::shared(),
+                          WebScreenServer::shared(), *platform.dispatch});
+    afterFirstPaint(window, [&] {
+        delegate.applicationDidFinishLaunching();
+        program.answer(*instance, {&window}, delegate);
+    });
     program.run();
 }

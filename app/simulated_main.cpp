@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
+#include "app/FirstPaint.h"
 #include "app/NativePlatform.h"
 #include "app/Program.h"
 #include "app/SimulatedLaptopWindow.h"
+#include "core/AppDelegate.h"
 #include "core/AppState.h"
 #include "platform/posix/TerminationSignals.h"
 #include "platform/simulated/GraphicsCopiesSimulated.h"
@@ -14,6 +16,7 @@
 #include "platform/simulated/SimulatedLaptop.h"
 #include "platform/simulated/TemperatureSensorsSimulated.h"
 #include "streaming/WebScreenServer.h"
+#include "system/HotKeyManager.h"
 #include "ui/MainView.h"
 
 namespace {
@@ -68,6 +71,12 @@ int main(int argc, char **argv)
     placeSideBySide(window, laptopWindow);
     laptopWindow.show();
     window.show();
-    program.answer(*instance, {&laptopWindow, &window}, [](std::string_view) {});
+
+    AppDelegate delegate({*platform.application, HotKeyManager::shared(), *platform.statusBar, state,
+                          WebScreenServer::shared(), *platform.dispatch});
+    afterFirstPaint(window, [&] {
+        delegate.applicationDidFinishLaunching();
+        program.answer(*instance, {&laptopWindow, &window}, delegate);
+    });
     program.run();
 }

@@ -47,7 +47,7 @@ public:
     /// From now on presses go to `handler`. Null if the system has no such service.
     [[nodiscard]] virtual std::unique_ptr<HotKeyHandle> installHandler(Handler handler) = 0;
 
-    /// Asks for a key. Null if it is somebody else's, or there is no such service.
+    /// Asks for a key, for the handler installed last. Null if it is somebody else's, or there is no such service.
     [[nodiscard]] virtual std::unique_ptr<HotKeyHandle> registerHotKey(const HotKey &key) = 0;
 };
 

@@ -18,6 +18,7 @@ void Platform::install(Platform platform)
                           platform.settings && platform.sounds && platform.notifications && platform.urls &&
                           platform.colorScheme && platform.processes && platform.hostName && platform.interfaces &&
                           platform.pasteboard && platform.captureAccess && platform.speech && platform.files &&
+                          platform.hotKeys && platform.application && platform.statusBar &&
                           !platform.streamServer.empty();
     if (theOne || !complete)
         std::abort();

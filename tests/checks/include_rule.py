@@ -23,8 +23,10 @@ ROOMS = {
     'app': EVERYTHING,
     'tests': EVERYTHING,
     'bench': EVERYTHING,
-    'ui': Room({'ui', 'core', 'core/AppDelegate', 'system', 'streaming', 'mirroring', 'report', 'platform'},
+    'ui': Room({'ui', 'core', 'core/AppDelegate', 'system', 'streaming', 'mirroring', 'report', 'platform', 'assets'},
                {'standard', 'qt'}),
+    # What the window and the tray draw alike.
+    'assets': Room(set(), {'standard', 'qt'}),
     # The start-up knows the rooms above; nothing else in core does.
     'core/AppDelegate': Room({'core', 'system', 'streaming', 'mirroring', 'report', 'platform'}, RULES),
     'core': Room({'platform'}, RULES),
@@ -38,7 +40,7 @@ ROOMS = {
                                     {'standard', 'posix', 'jpeg', 'linux'}),
     'platform': Room(set(), {'standard'}),
     'platform/posix': Room({'platform'}, {'standard', 'posix'}),
-    'platform/qt': Room({'platform', 'platform/posix'}, {'standard', 'posix', 'qt'}),
+    'platform/qt': Room({'platform', 'platform/posix', 'assets'}, {'standard', 'posix', 'qt'}),
     'platform/simulated': Room({'platform', 'platform/posix', 'platform/qt'}, {'standard', 'posix', 'qt'}),
     # What an X server says of its session, for the adapters and for the capture command.
     'platform/linux/X11Session': Room(set(), {'standard', 'linux'}),

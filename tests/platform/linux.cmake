@@ -3,6 +3,7 @@ orvalen_test(platform_linux_test
         BoundedPowerSourcesTest.cpp
         BoundedTemperatureSensorsTest.cpp
         ClockBoottimeTest.cpp
+        HotKeysFirstAvailableTest.cpp
         InputIdleTimeFirstAvailableTest.cpp
         PowerSourcesSysfsTest.cpp
         ProcessorsAffinityTest.cpp
@@ -14,11 +15,15 @@ orvalen_test(platform_linux_test
         ../support/SysfsTree.cpp
     LIBRARIES orvalen_platform_linux orvalen_platform_posix orvalen_core
 )
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(orvalen_test_xcb REQUIRED IMPORTED_TARGET xcb xcb-xtest)
 orvalen_test(platform_x11_test
     SOURCES
+        HotKeysX11Test.cpp
         InputIdleTimeX11Test.cpp
         LaunchFeedbackX11Test.cpp
         ScreenCaptureAccessLinuxTest.cpp
+        ../support/Typist.cpp
         ../support/XServer.cpp
-    LIBRARIES orvalen_platform_linux
+    LIBRARIES orvalen_platform_linux PkgConfig::orvalen_test_xcb
 )

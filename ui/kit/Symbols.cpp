@@ -1,21 +1,16 @@
 #include "ui/kit/Symbols.h"
 
-#include <QFile>
 #include <QIconEngine>
 #include <QPaintDevice>
 #include <QPainter>
 #include <QPixmap>
 #include <QPixmapCache>
-#include <QSvgRenderer>
+
+#include "assets/SymbolPicture.h"
 
 namespace orvalen::kit {
 
 namespace {
-
-QString pictureOf(const QString &symbol)
-{
-    return QStringLiteral(":/icons/%1.svg").arg(symbol);
-}
 
 /// `size` in device pixels.
 QPixmap tinted(const QString &symbol, const QSize &size, const QColor &color)
@@ -26,15 +21,7 @@ QPixmap tinted(const QString &symbol, const QSize &size, const QColor &color)
     if (QPixmapCache::find(key, &pixmap))
         return pixmap;
 
-    pixmap = QPixmap(size);
-    pixmap.fill(Qt::transparent);
-    QSvgRenderer picture(pictureOf(symbol));
-    picture.setAspectRatioMode(Qt::KeepAspectRatio);
-    QPainter painter(&pixmap);
-    picture.render(&painter);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(pixmap.rect(), color);
-    painter.end();
+    pixmap = QPixmap::fromImage(symbolPicture(symbol, size, color));
     QPixmapCache::insert(key, pixmap);
     return pixmap;
 }
@@ -59,7 +46,7 @@ public:
     }
 
     QIconEngine *clone() const override { return new SymbolEngine(*this); }
-    bool isNull() override { return !QFile::exists(pictureOf(name)); }
+    bool isNull() override { return !hasSymbolPicture(name); }
 
 private:
     QString name;
