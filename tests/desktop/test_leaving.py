@@ -8,7 +8,7 @@ import pytest
 
 import private_machine
 from privatedesktop import MARK, comm, processes_with, wait_for
-from test_instance import SIMULATED, owns
+from test_instance import SIMULATED, complaints, owns
 from test_stream import PORT_FILE, TAB, answers, start, stream
 from test_warmup import PULSE_LIMIT, TRIGGER
 
@@ -34,7 +34,7 @@ def heat(desktop):
 def leaves(program, before, desktop, besides=()):
     """That it ends with 0, long before a pulse would, says nothing, and leaves nothing but `besides` behind."""
     assert program.wait(PULSE_LIMIT / 2) == 0
-    assert desktop.written() == ''
+    assert complaints(desktop) == ''
     assert left(desktop, before) == list(besides)
     assert not owns(desktop, SIMULATED)
 
@@ -145,7 +145,7 @@ def test_the_end_of_the_session_is_not_refused(desktop, state):
     assert program.wait(PULSE_LIMIT / 2) == 0
     assert 'received SAVE YOURSELF DONE [Success = True]' in log
     assert 'received INTERACT REQUEST' not in log and 'Success = False' not in log
-    assert desktop.written() == ''
+    assert complaints(desktop) == ''
 
 
 @pytest.mark.parametrize('state', ['idle', 'mid-pulse'])
@@ -156,4 +156,4 @@ def test_the_end_of_the_display_ends_the_program(desktop, state):
     display, = [process for process in desktop.processes if process.args[0] == 'Xvfb']
     display.kill()
     assert program.wait(PULSE_LIMIT / 2) == 1  # the toolkit's way to say that it has lost its display
-    assert desktop.written() == ''
+    assert complaints(desktop) == ''
