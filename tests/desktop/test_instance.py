@@ -194,11 +194,11 @@ def installed(desktop):
 
 
 def launch(desktop, entry, action=None):
-    """As a desktop made with GLib does it when its user chooses the entry or one of its actions. It does not end then: the
-    bus forgets what somebody asked who is gone before the program has started."""
+    """As a desktop made with GLib does it when its user chooses the entry or one of its actions. It stays on the
+    bus, which forgets what somebody asked who is gone before the program has started."""
     how = 'launch_action(%r, None)' % action if action else 'launch([], None)'
-    script = ('from gi.repository import Gio, GLib\nentry = Gio.DesktopAppInfo.new_from_filename(%r)\nentry.%s\n'
-              'GLib.MainLoop().run()' % (str(entry), how))
+    script = ('from gi.repository import Gio, GLib\nbus = Gio.bus_get_sync(Gio.BusType.SESSION)\n'
+              'entry = Gio.DesktopAppInfo.new_from_filename(%r)\nentry.%s\nGLib.MainLoop().run()' % (str(entry), how))
     desktop.start_service('launcher', [PYTHON, '-c', script])
 
 
