@@ -54,9 +54,11 @@ function(orvalen_test name)
     orvalen_common(${name})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${ORVALEN_TEST_OUTPUT_DIRECTORY}")
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
-    # What every case includes, read once; the linter's compiler reads it in each, so that none is forgotten.
+    # gcc 12 sees copies out of bounds where strings are added up (its bug 105651).
+    target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds -Wno-restrict>)
+    # What every case includes, read once.
     list(LENGTH arg_SOURCES sources)
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND sources GREATER 3)
+    if(sources GREATER 3)
         target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
     endif()
     set(properties TIMEOUT 120)

@@ -43,6 +43,14 @@ try {
 } catch (...) { // a driver's trouble ends this worker alone
 }
 
+void heatGraphics(GraphicsCopies &copies, const EngineAtomicFlag &flag)
+try {
+    const auto queue = flag.value() ? copies.openDefaultQueue() : nullptr;
+    if (queue)
+        copyGraphicsMemory(*queue, flag);
+} catch (...) { // a driver's trouble; the processor heats alone
+}
+
 void ControlledPulse::start(Means means, double targetTemp, ThermalEngine::ProgressCallback progress,
                             ThermalEngine::CompletionCallback completion)
 {
@@ -93,22 +101,12 @@ void ControlledPulse::heat()
 
 void ControlledPulse::startWorkers()
 {
-    if (const auto queue = openGraphicsQueue()) {
-        means.dispatch.concurrently(QualityOfService::userInteractive,
-                                    [queue, flag = flag] { copyGraphicsMemory(*queue, *flag); });
-    }
+    // A graphics driver may take a tenth of a second to load: the processor heats meanwhile.
+    means.dispatch.concurrently(QualityOfService::userInteractive,
+                                [&copies = means.graphicsCopies, flag = flag] { heatGraphics(copies, *flag); });
     spinners = means.dispatch.makeConcurrentQueue("orvalen.pulse");
     for (int i = spinnerCount(means.processors.activeCount()); i > 0; --i)
         spinners->run([flag = flag] { spin(*flag); });
-}
-
-std::shared_ptr<GraphicsQueue> ControlledPulse::openGraphicsQueue() const
-{
-    try {
-        return means.graphicsCopies.openDefaultQueue();
-    } catch (...) { // a driver's trouble; the processor heats alone
-        return nullptr;
-    }
 }
 
 SystemThermalData ControlledPulse::sample() const

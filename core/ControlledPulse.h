@@ -30,8 +30,12 @@ void spin(const EngineAtomicFlag &flag);
 /// Keeps the graphics processor busy with large copies until the flag falls.
 void copyGraphicsMemory(GraphicsQueue &queue, const EngineAtomicFlag &flag);
 
+/// The same with a device that is opened first; nothing without one, or where the flag has fallen already.
+void heatGraphics(GraphicsCopies &copies, const EngineAtomicFlag &flag);
+
 /// One heating pulse, from its first reading to its completion. What it was started with must outlive it, and its
-/// dead-man, by 20 s; after the completion nothing of it is used any more.
+/// dead-man, by 20 s; after the completion nothing of it is used any more but by a graphics driver that is still
+/// loading.
 ///
 /// Two threads can end it: the supervisor, which samples and decides, and a dead-man that knows nothing but the time.
 /// Whichever comes first clears the flag and completes; the other then finds nothing left to do.
@@ -63,7 +67,6 @@ private:
     void supervise();
     void heat();
     void startWorkers();
-    [[nodiscard]] std::shared_ptr<GraphicsQueue> openGraphicsQueue() const;
     [[nodiscard]] SystemThermalData sample() const;
     void reportProgress(double fraction);
     void end();

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <bitset>
-#include <compare>
 #include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 #include <xcb/xcb.h>
 
@@ -47,7 +47,10 @@ private:
     {
         xcb_keycode_t key;
         std::uint16_t modifiers; ///< Exactly these, locks included.
-        friend auto operator<=>(const Grab &, const Grab &) = default;
+        friend bool operator<(const Grab &a, const Grab &b)
+        {
+            return std::tie(a.key, a.modifiers) < std::tie(b.key, b.modifiers);
+        }
     };
     using Grabs = std::set<Grab>;
     struct Wish

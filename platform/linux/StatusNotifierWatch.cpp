@@ -29,6 +29,11 @@ StatusNotifierWatch::StatusNotifierWatch(const QDBusConnection &bus, Receive rec
 // There may be a watcher long before there is a panel to show anything, and Qt wants both.
 void StatusNotifierWatch::ask()
 {
+    if (!bus.isConnected()) { // a call would never be answered
+        QMetaObject::invokeMethod(
+            this, [this] { receive(false); }, Qt::QueuedConnection);
+        return;
+    }
     auto question = QDBusMessage::createMethodCall(service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
                                                    QStringLiteral("Get"));
     question << interface << QStringLiteral("IsStatusNotifierHostRegistered");

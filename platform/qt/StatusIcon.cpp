@@ -53,20 +53,29 @@ QImage tinted(QImage shape, const QColor &color)
     return shape;
 }
 
-/// Digits of that height, as wide as they may be.
-QFont numberFont(const QString &number, double height, double width)
+QFont boldFont(int pixels)
 {
     QFont font;
     font.setWeight(QFont::Bold);
     font.setKerning(false);
-    for (int pixels = static_cast<int>(2 * height); pixels > 4; --pixels) {
-        font.setPixelSize(pixels);
-        const QFontMetricsF metrics(font);
-        const auto ink = metrics.tightBoundingRect(number);
-        if (ink.height() <= height + 0.25 && ink.width() <= width)
-            break;
-    }
+    font.setPixelSize(pixels);
     return font;
+}
+
+/// As large as height and width allow.
+QFont numberFont(const QString &number, double height, double width)
+{
+    constexpr int sample = 100; // fonts are scaled all but evenly
+    const auto ink = QFontMetricsF(boldFont(sample)).tightBoundingRect(number);
+    const double scale = std::min((height + 0.25) / ink.height(), width / ink.width());
+    int pixels = std::max(1, static_cast<int>(std::ceil(sample * scale)));
+    const auto isTooLarge = [&] {
+        const auto real = QFontMetricsF(boldFont(pixels)).tightBoundingRect(number);
+        return real.height() > height + 0.25 || real.width() > width;
+    };
+    while (pixels > 1 && isTooLarge())
+        --pixels;
+    return boldFont(pixels);
 }
 
 QImage numberShape(const QString &number, int size)
@@ -74,12 +83,15 @@ QImage numberShape(const QString &number, int size)
     QImage shape = transparent(size);
     const double room = size - 2.0; // within the edge
     const QFont font = numberFont(number, std::round(numberHeight * size), room);
-    const QRectF ink = QFontMetricsF(font).tightBoundingRect(number);
+    const QFontMetricsF metrics(font);
+    const QRectF ink = metrics.tightBoundingRect(number);
+    const double overshoot = metrics.tightBoundingRect(QStringLiteral("0")).bottom();
     QPainter painter(&shape);
     painter.setRenderHint(QPainter::TextAntialiasing);
     painter.setFont(font);
     painter.setPen(Qt::black);
-    painter.drawText(QPointF(std::round((size - ink.width()) / 2 - ink.left()), size - 1), number);
+    painter.drawText(QPointF(std::round((size - ink.width()) / 2 - ink.left()), size - 1 - std::round(overshoot)),
+                     number);
     return shape;
 }
 

@@ -378,9 +378,11 @@ TEST_F(ControlledPulseTest, startsItsSpinnersOnItsPrivateQueueAndOneGraphicsWork
 TEST_F(ControlledPulseTest, withoutAGraphicsDeviceOnlySpinnersHeat)
 {
     machine.graphics.hasDevice = false;
-    readOneByOne({reading(30.0), reading(40.0)});
+    readOneByOne({reading(30.0), reading(30.0), reading(40.0)});
+    machine.world.at(1ms, [this] { machine.world.heaters.front().task(); }); // ends while the others heat
     runPulse(40.0);
-    EXPECT_THAT(machine.world.heaters, SizeIs(4));
+    EXPECT_THAT(machine.world.heaters, SizeIs(1 + 4));
+    EXPECT_THAT(machine.graphics.bufferSizes, IsEmpty());
     EXPECT_THAT(completions, ElementsAre(40.0));
 }
 
@@ -393,13 +395,24 @@ TEST_F(ControlledPulseTest, aGraphicsDeviceThatThrowsIsNone)
     auto parts = machine.engineMachine();
     ThermalEngine withoutGraphics({parts.temperatureSensors, parts.inputIdleTime, parts.powerSources, throwing,
                                    parts.processors, parts.dispatch, parts.clock});
-    readOneByOne({reading(30.0), reading(40.0)});
+    readOneByOne({reading(30.0), reading(30.0), reading(40.0)});
+    machine.world.at(1ms, [this] { EXPECT_NO_THROW(machine.world.heaters.front().task()); });
     std::vector<double> completed;
     withoutGraphics.executeControlledPulse(
         40.0, [](double, double) {}, [&](double t) { completed.push_back(t); });
     machine.world.runUntilIdle();
     EXPECT_THAT(completed, ElementsAre(40.0));
-    EXPECT_THAT(machine.world.heaters, SizeIs(4));
+    EXPECT_THAT(machine.world.heaters, SizeIs(1 + 4));
+}
+
+TEST_F(ControlledPulseTest, aGraphicsWorkerThatComesAfterTheEndOpensNoDevice)
+{
+    readOneByOne({reading(30.0), reading(40.0)});
+    bool isOpened = false;
+    machine.graphics.beforeOpen = [&] { isOpened = true; };
+    runPulse(40.0);
+    machine.world.heaters.front().task();
+    EXPECT_FALSE(isOpened);
 }
 
 TEST_F(ControlledPulseTest, theGraphicsWorkerCopiesThirtyTwoMebibytesUntilTheFlagFalls)

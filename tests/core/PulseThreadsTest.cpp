@@ -161,6 +161,40 @@ TEST_F(PulseThreads, everyWorkerEndsWhenTheTargetIsReached)
     EXPECT_EQ(progressCalls, 10);
 }
 
+TEST_F(PulseThreads, nothingWaitsForAGraphicsDriverThatLoads)
+{
+    std::atomic<bool> isLoading = false;
+    std::atomic<bool> isLoaded = false;
+    struct WarmingEngine : ThermalEngine
+    {
+        WarmingEngine(const Machine &machine, std::atomic<bool> &isLoading)
+            : ThermalEngine(machine), isLoading(isLoading)
+        {
+        }
+        SystemThermalData readSensors() override
+        {
+            if (reads > 0) // the first is before the workers
+                isLoading.wait(false);
+            return {30.0 + reads++, 0.0, 0.0, 0.0, 0.0, 0.0};
+        }
+        std::atomic<int> reads = 0;
+        std::atomic<bool> &isLoading;
+    } engine(engineMachine(), isLoading);
+    machine.graphics.beforeOpen = [&] {
+        isLoading = true;
+        isLoading.notify_all();
+        isLoaded.wait(false);
+    };
+    startPulse(engine);
+    threads.runMainUntil([this] { return completions == 1; });
+    isLoaded = true;
+    isLoaded.notify_all();
+    threads.join();
+    threads.drainMain();
+    EXPECT_EQ(progressCalls, 10);
+    EXPECT_EQ(machine.graphics.copies, 0) << "the flag had fallen when the device was there";
+}
+
 TEST_F(PulseThreads, everyWorkerEndsByTheDeadManWhileTheReadHangs)
 {
     struct HangingEngine : ThermalEngine

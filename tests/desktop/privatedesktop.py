@@ -16,6 +16,7 @@ from pathlib import Path
 HERE = Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
 PYTHON = '/usr/bin/python3'  # the one that Debian's modules belong to
+GREETING = '🛡️ Orvalen: Blind Hotkeys registered (Cmd+Option+W = Warmup, Cmd+Option+M = Blind Cast)\n'  # of every start
 MARK = 'ORVALEN_TEST_DESKTOP'  # in the environment of everything that lives in a desktop
 
 BUS = '''<busconfig>
@@ -242,8 +243,8 @@ class Desktop:
 class Child:
     """A small Python program inside the desktop that talks JSON, one object a line."""
 
-    def __init__(self, desktop, script, **options):
-        self.process = desktop.start_service(script, [PYTHON, str(HERE / script)], stdout=subprocess.PIPE,
+    def __init__(self, desktop, script, arguments=(), **options):
+        self.process = desktop.start_service(script, [PYTHON, str(HERE / script), *arguments], stdout=subprocess.PIPE,
                                              stderr=open(desktop.folder / (script + '.err'), 'wb'), **options)
         self.buffer = b''
         self.errors = desktop.folder / (script + '.err')

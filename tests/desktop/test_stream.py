@@ -12,7 +12,7 @@ import pytest
 
 import private_machine
 import sounds_canberra_test as sounds
-from privatedesktop import ROOT, comm, state, wait_for
+from privatedesktop import GREETING, ROOT, comm, state, wait_for
 
 pytestmark = private_machine.needed
 
@@ -172,7 +172,7 @@ def test_the_desktop_is_seen_elsewhere_until_the_stream_is_stopped(desktop, netw
     assert viewer.has_ended()
     viewer.close()
     assert not answers(port)
-    assert desktop.written() == ''
+    assert desktop.written() == GREETING
 
 
 def test_the_code_on_the_screen_and_the_clipboard_give_the_address(desktop, network):

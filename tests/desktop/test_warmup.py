@@ -3,7 +3,7 @@ import re
 import signal
 import time
 
-from privatedesktop import wait_for
+from privatedesktop import GREETING, wait_for
 
 PROGRAM = 'orvalen-simulated'
 TRIGGER = 'Trigger Prime Warmup Now'
@@ -64,7 +64,7 @@ def test_a_press_on_the_button_warms_the_display_up(desktop):
     assert notification['app_name'] == 'Orvalen'
 
     assert program.poll() is None
-    assert desktop.written() == ''
+    assert desktop.written() == GREETING
 
 
 def test_left_alone_it_warms_up_without_a_word(desktop):
@@ -72,7 +72,7 @@ def test_left_alone_it_warms_up_without_a_word(desktop):
     desktop.controls.wait('WARMING UP')
     desktop.controls.wait(TRIGGER, PULSE_LIMIT + 10)
     assert desktop.notifications.next(1) is None
-    assert desktop.written() == ''
+    assert desktop.written() == GREETING
 
 
 def test_a_switch_is_in_the_settings_at_once_and_after_the_next_start(desktop):
@@ -97,7 +97,7 @@ def test_closing_the_window_leaves_the_program_at_work(desktop):
     desktop.close('Orvalen')
     time.sleep(2)  # "goes on" has no condition to wait for
     assert program.poll() is None
-    assert desktop.written() == ''
+    assert desktop.written() == GREETING
 
 
 def test_control_q_ends_it_in_order(desktop):
@@ -105,7 +105,7 @@ def test_control_q_ends_it_in_order(desktop):
     desktop.activate('Orvalen')
     desktop.keys('ctrl+q')
     assert program.wait(10) == 0
-    assert desktop.written() == ''
+    assert desktop.written() == GREETING
 
 
 def test_control_q_in_mid_pulse_does_not_wait_for_its_end(desktop):
@@ -115,7 +115,7 @@ def test_control_q_in_mid_pulse_does_not_wait_for_its_end(desktop):
     desktop.activate('Orvalen')
     desktop.keys('ctrl+q')
     assert program.wait(5) == 0  # and with it every thread that heats
-    assert desktop.written() == ''
+    assert desktop.written() == GREETING
 
 
 def test_a_program_stopped_in_mid_pulse_ends_the_pulse_when_it_goes_on(desktop):
@@ -135,4 +135,4 @@ def test_a_termination_signal_ends_it_in_order(desktop):
     program = start(desktop)
     program.terminate()
     assert program.wait(10) == 0
-    assert desktop.written() == ''
+    assert desktop.written() == GREETING

@@ -85,6 +85,7 @@ struct FakeGraphicsCopies : GraphicsCopies
 {
     bool hasDevice = true;
     std::size_t buffersAvailable = 2;
+    std::function<void()> beforeOpen;
     std::function<void()> beforeCopy;
     int copies = 0;
     bool copiedWell = true; ///< Every copy so far was of a whole buffer into another one.
@@ -112,6 +113,8 @@ struct FakeGraphicsCopies : GraphicsCopies
     };
     std::unique_ptr<GraphicsQueue> openDefaultQueue() override
     {
+        if (beforeOpen)
+            beforeOpen();
         return hasDevice ? std::make_unique<Queue>(*this) : nullptr;
     }
 };

@@ -67,10 +67,10 @@ xcb_keycode_t Typist::keyOf(xcb_keysym_t symbol) const
     throw std::runtime_error("no key for " + std::to_string(symbol));
 }
 
-std::uint16_t Typist::modifiers() const
+std::uint16_t Typist::state() const
 {
     const auto pointer = owned(xcb_query_pointer_reply(xcb, xcb_query_pointer(xcb, root), nullptr));
-    return pointer ? pointer->mask & 0xff : 0;
+    return pointer ? pointer->mask : 0;
 }
 
 void Typist::fake(std::uint8_t event, xcb_keycode_t key) const

@@ -32,9 +32,13 @@ public:
     [[nodiscard]] xcb_keycode_t keyOf(xcb_keysym_t symbol) const;
 
     /// The modifiers that are in effect.
-    [[nodiscard]] std::uint16_t modifiers() const;
+    [[nodiscard]] std::uint16_t modifiers() const { return state() & 0xff; }
+
+    /// Which of the keyboard's layouts is in effect, from 0 on.
+    [[nodiscard]] int group() const { return state() >> 13 & 3; }
 
 private:
+    [[nodiscard]] std::uint16_t state() const;
     void fake(std::uint8_t event, xcb_keycode_t key) const;
 
     xcb_connection_t *const xcb;
