@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "app/NativePlatform.h"
 #include "platform/linux/ClockBoottime.h"
@@ -12,10 +13,12 @@
 #include "platform/linux/HostNameAvahi.h"
 #include "platform/linux/HotKeysX11.h"
 #include "platform/linux/InputIdleTimeX11.h"
+#include "platform/linux/LaunchFeedbackX11.h"
 #include "platform/linux/LocalisedDatesIcu.h"
 #include "platform/linux/NotificationsDBus.h"
 #include "platform/linux/PowerSourcesSysfs.h"
 #include "platform/linux/ProcessorsAffinity.h"
+#include "platform/linux/ProgramInstanceDBus.h"
 #include "platform/linux/ScreenCaptureAccessLinux.h"
 #include "platform/linux/SettingsPagesDesktop.h"
 #include "platform/linux/SleepInhibitorsLinux.h"
@@ -84,6 +87,16 @@ std::unique_ptr<HotKeys> hotKeys(Dispatch &dispatch)
 }
 
 } // namespace
+
+std::unique_ptr<ProgramInstance> nativeProgramInstance(std::string name)
+{
+    return std::make_unique<ProgramInstanceDBus>(std::move(name));
+}
+
+void endLaunch(const std::string &token)
+{
+    endLaunchFeedback(token);
+}
 
 void prepareNativePlatform()
 {

@@ -3,6 +3,7 @@
 #include "app/Program.h"
 #include "core/AppDelegate.h"
 #include "core/AppState.h"
+#include "platform/posix/TerminationSignals.h"
 #include "streaming/WebScreenServer.h"
 #include "system/CaffeineManager.h"
 #include "system/HotKeyManager.h"
@@ -12,8 +13,12 @@ int main(int argc, char **argv)
 {
     using namespace orvalen;
 
+    const TerminationSignals signals;
+    const auto instance = nativeProgramInstance(ORVALEN_APPLICATION_ID);
+    if (!instance->begin())
+        return 0;
     prepareNativePlatform();
-    Program program(argc, argv);
+    Program program(argc, argv, signals);
     Platform::install(nativePlatform(QStringLiteral("Orvalen")));
     auto &platform = Platform::installed();
 
@@ -24,6 +29,9 @@ int main(int argc, char **argv)
 
     AppDelegate delegate({*platform.application, HotKeyManager::shared(), *platform.statusBar, AppState::shared(),
                           WebScreenServer::shared(), *platform.dispatch});
-    afterFirstPaint(window, [&] { delegate.applicationDidFinishLaunching(); });
+    afterFirstPaint(window, [&] {
+        delegate.applicationDidFinishLaunching();
+        program.answer(*instance, {&window}, delegate);
+    });
     program.run();
 }

@@ -8,6 +8,7 @@
 #include "app/SimulatedLaptopWindow.h"
 #include "core/AppDelegate.h"
 #include "core/AppState.h"
+#include "platform/posix/TerminationSignals.h"
 #include "platform/simulated/GraphicsCopiesSimulated.h"
 #include "platform/simulated/InputIdleTimeSimulated.h"
 #include "platform/simulated/PowerSourcesSimulated.h"
@@ -53,8 +54,12 @@ void placeSideBySide(QWidget &first, QWidget &second)
 
 int main(int argc, char **argv)
 {
+    const TerminationSignals signals;
+    const auto instance = nativeProgramInstance(ORVALEN_APPLICATION_ID ".Simulated");
+    if (!instance->begin())
+        return 0;
     prepareNativePlatform();
-    Program program(argc, argv);
+    Program program(argc, argv, signals);
     SimulatedLaptop *laptop = nullptr;
     Platform::install(simulatedPlatform(laptop));
     auto &platform = Platform::installed();
@@ -70,6 +75,9 @@ int main(int argc, char **argv)
 
     AppDelegate delegate({*platform.application, HotKeyManager::shared(), *platform.statusBar, state,
                           WebScreenServer::shared(), *platform.dispatch});
-    afterFirstPaint(window, [&] { delegate.applicationDidFinishLaunching(); });
+    afterFirstPaint(window, [&] {
+        delegate.applicationDidFinishLaunching();
+        program.answer(*instance, {&laptopWindow, &window}, delegate);
+    });
     program.run();
 }

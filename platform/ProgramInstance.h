@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
 
 namespace orvalen {
@@ -9,20 +10,22 @@ namespace orvalen {
 class ProgramInstance
 {
 public:
-    /// What others may ask of the running program, on its main thread.
+    /// What others may ask of the running program, on its main thread. `token` is what the desktop gave to whoever asks,
+    /// so that it can tell what became of it; empty if nothing.
     struct Requests
     {
-        std::function<void()> activate; ///< Show yourself: somebody started the program again.
-        std::function<void(std::string_view name)> performAction;
+        /// Show yourself: somebody started the program again.
+        std::function<void(const std::string &token)> activate;
+        std::function<void(std::string_view name, const std::string &token)> performAction;
     };
 
     virtual ~ProgramInstance() = default;
 
     /// Before anything is shown. False: another one runs in this session, it has been asked to show itself, and this
-    /// process should end. True also where sessions cannot be asked.
+    /// process should end. True also where sessions cannot be asked. Bounded, about a second at worst.
     [[nodiscard]] virtual bool begin() = 0;
 
-    /// From now on requests are answered, also those that came since `begin`. Once.
+    /// From now on requests are answered, also those that came since `begin`. Once, and only after it.
     virtual void serve(Requests requests) = 0;
 };
 

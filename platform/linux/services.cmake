@@ -1,4 +1,5 @@
-# Graphics memory copies, sounds, speech, notifications, the announced name and the sleep of a Linux desktop.
+# What the programs around a Linux desktop do for it: graphics memory copies, sounds, speech, notifications, the announced
+# name, sleep, settings pages, and the one program of a session.
 
 find_package(PkgConfig REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus)
@@ -17,8 +18,9 @@ orvalen_library(orvalen_platform_linux_desktop
     BusConnection.cpp
     HostNameAvahi.cpp
     NotificationsDBus.cpp NotificationsDBus.h
-    SettingsPagesDesktop.cpp
     PowerAssertionsFirstGranted.cpp
+    ProgramInstanceDBus.cpp
+    SettingsPagesDesktop.cpp
     SleepInhibitionByCookie.cpp
     SleepInhibitorLogind.cpp
     SleepInhibitorPortal.cpp

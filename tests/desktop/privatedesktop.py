@@ -23,6 +23,7 @@ MARK = 'ORVALEN_TEST_DESKTOP'  # in the environment of everything that lives in 
 BUS = '''<busconfig>
   <type>session</type>
   <listen>unix:dir=%s</listen>
+  <servicedir>%s</servicedir>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -133,7 +134,9 @@ class Desktop:
         self.environment['DISPLAY'] = ':' + self._start_and_read(
             'xvfb', lambda fd: ['Xvfb', '-displayfd', str(fd), '-screen', '0', self.size, '-nolisten', 'tcp', '-noreset'])
         config = self.folder / 'bus.conf'
-        config.write_text(BUS % self.folder)
+        services = self.folder / 'share/dbus-1/services'  # empty: a test may put some there
+        services.mkdir(parents=True)
+        config.write_text(BUS % (self.folder, services))
         self.environment['DBUS_SESSION_BUS_ADDRESS'] = self._start_and_read(
             'bus', lambda fd: ['dbus-daemon', '--config-file', str(config), '--nofork', '--nopidfile',
                                '--print-address=%d' % fd])
@@ -211,6 +214,10 @@ class Desktop:
     def windows(self, title):
         """Ids of the visible windows with exactly that title."""
         return self.output(['xdotool', 'search', '--onlyvisible', '--name', '^%s$' % title]).split()
+
+    def active(self):
+        """The title of the window that has the keyboard."""
+        return self.output(['xdotool', 'getactivewindow', 'getwindowname']).strip()
 
     def activate(self, title):
         """Gives the window of that title the keyboard."""

@@ -22,6 +22,7 @@ orvalen_test(platform_x11_test
     SOURCES
         HotKeysX11Test.cpp
         InputIdleTimeX11Test.cpp
+        LaunchFeedbackX11Test.cpp
         ScreenCaptureAccessLinuxTest.cpp
         ../support/Typist.cpp
         ../support/XServer.cpp

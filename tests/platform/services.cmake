@@ -60,3 +60,7 @@ orvalen_test(pasteboard_qt_test SOURCES PasteboardQtTest.cpp ../support/XServer.
 
 orvalen_test(settings_pages_desktop_test SOURCES SettingsPagesDesktopTest.cpp
     LIBRARIES orvalen_platform_linux_desktop orvalen_platform_posix)
+
+# On session buses of the test's own.
+orvalen_test(program_instance_dbus_test SOURCES ProgramInstanceDBusTest.cpp
+    LIBRARIES orvalen_platform_linux_desktop Qt6::Network)
