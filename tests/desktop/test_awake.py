@@ -6,7 +6,7 @@ import subprocess
 
 import pytest
 
-from privatedesktop import PYTHON, Child, end, wait_for
+from privatedesktop import GREETING, PYTHON, Child, end, wait_for
 
 PROGRAM = 'orvalen'
 CUP = 'Prevent sleep'
@@ -66,7 +66,7 @@ def test_a_press_keeps_the_machine_awake_and_the_next_one_lets_it_go(desktop, na
     wait_until_checked(desktop, True)
     program.kill()
     assert service.next() == ['ended', 'vanished']
-    assert desktop.written() == ''
+    assert desktop.written() == GREETING
 
 
 def test_leaving_lets_the_machine_go(desktop):
@@ -92,7 +92,7 @@ def test_the_cup_stays_off_where_the_desktop_refuses(desktop, name):
     assert service.next()[1] == 'Inhibit'  # it is tried again
     assert desktop.controls.is_checked(CUP) is False
     assert program.poll() is None
-    assert desktop.written() == ''
+    assert desktop.written() == GREETING
 
 
 def test_services_that_hang_do_not_hang_the_program(desktop):
@@ -104,7 +104,7 @@ def test_services_that_hang_do_not_hang_the_program(desktop):
     desktop.controls.press('Settings')  # the window still answers
     assert desktop.controls.is_checked(CUP) is False
     assert program.poll() is None
-    assert desktop.written() == ''
+    assert desktop.written() == GREETING
     for service in services:
         service.kill()
 
@@ -168,7 +168,7 @@ def test_without_a_desktop_logind_locks(desktop, start_logind):
     assert len(logind.locks()) == 1
     program.kill()
     wait_for(lambda: logind.locks() == [], what='the end of the lock with the program')
-    assert desktop.written() == ''
+    assert desktop.written() == GREETING
 
 
 def test_without_anybody_to_ask_the_cup_stays_off(desktop):
@@ -177,4 +177,4 @@ def test_without_anybody_to_ask_the_cup_stays_off(desktop):
     desktop.controls.press('Settings')
     assert desktop.controls.is_checked(CUP) is False
     assert program.poll() is None
-    assert desktop.written() == ''
+    assert desktop.written() == GREETING
