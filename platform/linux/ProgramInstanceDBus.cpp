@@ -41,7 +41,7 @@ public:
                            [this](const char *name) { return sd_bus_error_has_name(&error, name) != 0; });
     }
 
-    sd_bus_error error = SD_BUS_ERROR_NULL;
+    sd_bus_error error = {};
 };
 
 class Deadline
