@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <initializer_list>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <systemd/sd-bus.h>
