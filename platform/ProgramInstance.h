@@ -10,8 +10,8 @@ namespace orvalen {
 class ProgramInstance
 {
 public:
-    /// What others may ask of the running program, on its main thread. `token` is what the desktop gave to whoever asks,
-    /// so that it can tell what became of it; empty if nothing.
+    /// What others may ask of the running program, on its main thread. `token` is what the desktop gave to whoever
+    /// asks, so that it can tell what became of it; empty if nothing.
     struct Requests
     {
         /// Show yourself: somebody started the program again.

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <initializer_list>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <systemd/sd-bus.h>
@@ -41,7 +43,7 @@ public:
                            [this](const char *name) { return sd_bus_error_has_name(&error, name) != 0; });
     }
 
-    sd_bus_error error = SD_BUS_ERROR_NULL;
+    sd_bus_error error = {};
 };
 
 class Deadline
