@@ -5,15 +5,16 @@ buildPackages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-svg-dev
     libxcb1-dev libxcb-randr0-dev libxcb-screensaver0-dev libxcb-shm0-dev libxcb-xfixes0-dev
-    libboost-dev libicu-dev libjpeg62-turbo-dev libqrencode-dev libsystemd-dev
+    libboost-dev libicu-dev libjpeg62-turbo-dev libqrencode-dev libsystemd-dev nlohmann-json3-dev
     libvulkan-dev libfontconfig-dev
     libcanberra-dev
 )
 
-# To look and sound as intended, to speak, to end stale stream servers, and to ask an X display whether it is there.
+# To look and sound as intended, to speak, to open pages, to end stale stream servers, and to ask an X display whether it
+# is there.
 runPackages=(
     fonts-inter fonts-noto-color-emoji
-    x11-utils
+    x11-utils xdg-utils
     procps speech-dispatcher speech-dispatcher-espeak-ng
 )
 
@@ -29,6 +30,8 @@ testPackages=(
     mesa-vulkan-drivers
     pipewire pipewire-pulse wireplumber libcanberra-pulse pulseaudio-utils sound-theme-freedesktop sox
     git xdotool xclip
+    lxqt-panel trayer x11-session-utils python3-dbusmock systemd libglib2.0-bin desktop-file-utils
+    tidy python3-html5lib poppler-utils
     iproute2 curl avahi-daemon espeak-ng
     chromium chromium-driver python3-selenium zbar-tools
     stress-ng

@@ -9,6 +9,7 @@
 
 #include "app/NativePlatform.h"
 #include "app/Program.h"
+#include "platform/posix/TerminationSignals.h"
 #include "report/ReportGenerator.h"
 
 int main(int argc, char **argv)
@@ -16,7 +17,8 @@ int main(int argc, char **argv)
     using namespace orvalen;
     using std::chrono::steady_clock;
 
-    const Program program(argc, argv);
+    const TerminationSignals signals;
+    const Program program(argc, argv, signals);
     Platform::install(nativePlatform(QStringLiteral("Orvalen Report")));
     for (std::string order; std::getline(std::cin, order);) {
         if (order != "report")
