@@ -22,8 +22,8 @@ class PowerAssertions
 public:
     virtual ~PowerAssertions() = default;
 
-    /// Asks the system and waits for its answer, little more than a second in the worst case. The identifier of what it
-    /// granted, never 0; std::nullopt if it refused or there is nobody to ask.
+    /// Asks the system and waits for its answer, some two and a half seconds in the worst case. The identifier of what
+    /// it granted, never 0; std::nullopt if it refused or there is nobody to ask.
     [[nodiscard]] virtual std::optional<std::uint32_t> create(const PowerAssertion &assertion) = 0;
 
     /// Gives it back. Unknown identifiers are ignored.

@@ -69,14 +69,18 @@ BusConnection::BusConnection(Bus which)
         bus.reset(opened);
 }
 
-bool BusConnection::offers(const char *service, Deadline deadline)
+std::optional<bool> BusConnection::offers(const char *service, Deadline deadline)
 {
     int isOwned = 0;
     const auto owned = ask(nameHasOwner, deadline, "s", service);
     if (owned && sd_bus_message_read(owned.get(), "b", &isOwned) > 0 && isOwned != 0)
         return true;
     const auto startable = ask(listActivatableNames, deadline, "");
-    return startable && isIn(*startable, service);
+    if (startable)
+        return isIn(*startable, service);
+    if (bus && std::chrono::steady_clock::now() >= deadline)
+        return std::nullopt;
+    return false;
 }
 
 std::unique_ptr<BusConnection::Following, BusConnection::EndFollowing>

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include <systemd/sd-bus.h>
 
@@ -34,8 +35,8 @@ public:
     /// Without such a bus every question stays unanswered.
     explicit BusConnection(Bus bus);
 
-    /// Whether somebody has that name, or would be started to.
-    [[nodiscard]] bool offers(const char *service, Deadline deadline);
+    /// Whether somebody has that name, or would be started to; std::nullopt if the bus does not say so in time.
+    [[nodiscard]] std::optional<bool> offers(const char *service, Deadline deadline);
 
     struct LetGo
     {

@@ -17,7 +17,7 @@ Answer ask(const PowerAssertionsFirstGranted::Inhibitors &inhibitors, const std:
 {
     Answer answer;
     for (const auto &inhibitor : inhibitors) {
-        if (!inhibitor->isAvailable(deadline))
+        if (inhibitor->isAvailable(deadline) == false)
             continue;
         answer.wasAnybodyThere = true;
         answer.granted = inhibitor->inhibit(reason, deadline);

@@ -12,7 +12,8 @@
 namespace orvalen {
 
 /// The ways in which a machine is kept awake, best first: each is asked in turn, and the first that grants it holds it
-/// alone. Only idle sleep can be held off, so every other type of assertion is refused.
+/// alone. Who may be there counts as there. Only idle sleep can be held off, so every other type of assertion is
+/// refused.
 ///
 /// A service that goes away while it holds an assertion takes it along, and the assertion stays in the books until it
 /// is released: nobody is asked twice for one wish.
@@ -30,7 +31,7 @@ public:
 
     /// `patience` is for all of them together.
     explicit PowerAssertionsFirstGranted(Ways ways,
-                                         std::chrono::milliseconds patience = std::chrono::milliseconds(1200));
+                                         std::chrono::milliseconds patience = std::chrono::milliseconds(2500));
 
     [[nodiscard]] std::optional<std::uint32_t> create(const PowerAssertion &assertion) override;
     void release(std::uint32_t identifier) override;

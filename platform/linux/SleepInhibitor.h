@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace orvalen {
@@ -27,10 +28,11 @@ public:
 
     virtual ~SleepInhibitor() = default;
 
-    /// Whether the service is there, or would be started for whoever asks it.
-    [[nodiscard]] virtual bool isAvailable(Deadline deadline) = 0;
+    /// Whether the service is there, or would be started for whoever asks it; std::nullopt if nobody says so in time.
+    [[nodiscard]] virtual std::optional<bool> isAvailable(Deadline deadline) = 0;
 
-    /// Asks, with a reason for people to read. Null if it was refused or not answered.
+    /// Asks the service as isAvailable found it last, with a reason for people to read. Null if it was refused or not
+    /// answered.
     [[nodiscard]] virtual std::unique_ptr<SleepInhibition> inhibit(const std::string &reason, Deadline deadline) = 0;
 
 protected:

@@ -32,7 +32,7 @@ SleepInhibitorLogind::SleepInhibitorLogind(std::string application, std::chrono:
 {
 }
 
-bool SleepInhibitorLogind::isAvailable(Deadline deadline)
+std::optional<bool> SleepInhibitorLogind::isAvailable(Deadline deadline)
 {
     return BusConnection(BusConnection::Bus::system).offers(service, soon(deadline, patience));
 }

@@ -13,7 +13,7 @@ public:
     /// `application` is who `systemd-inhibit --list` names beside the reason.
     SleepInhibitorLogind(std::string application, std::chrono::milliseconds patience);
 
-    [[nodiscard]] bool isAvailable(Deadline deadline) override;
+    [[nodiscard]] std::optional<bool> isAvailable(Deadline deadline) override;
     [[nodiscard]] std::unique_ptr<SleepInhibition> inhibit(const std::string &reason, Deadline deadline) override;
 
 private:

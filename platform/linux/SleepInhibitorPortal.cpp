@@ -37,17 +37,16 @@ private:
 
 } // namespace
 
-SleepInhibitorPortal::SleepInhibitorPortal(std::chrono::milliseconds patience) : patience(patience) {}
+SleepInhibitorPortal::SleepInhibitorPortal(const SleepPatience &patience) : patience(patience) {}
 
-bool SleepInhibitorPortal::isAvailable(Deadline deadline)
+std::optional<bool> SleepInhibitorPortal::isAvailable(Deadline deadline)
 {
-    return BusConnection(BusConnection::Bus::session).offers(service, soon(deadline, patience));
+    return BusConnection(BusConnection::Bus::session).offers(service, soon(deadline, patience.answer));
 }
 
 std::unique_ptr<SleepInhibition> SleepInhibitorPortal::inhibit(const std::string &reason, Deadline deadline)
 {
     BusConnection connection(BusConnection::Bus::session);
-    const auto limit = soon(deadline, patience);
 
     // Before the request: the response may be there before anybody knows which request it belongs to.
     std::map<std::string, std::uint32_t> responses;
@@ -58,8 +57,8 @@ std::unique_ptr<SleepInhibition> SleepInhibitorPortal::inhibit(const std::string
                 responses.emplace(sd_bus_message_get_path(&signal), response);
         });
 
-    const auto answer =
-        connection.ask(inhibitMethod, limit, "sua{sv}", noWindow, suspending, 1, "reason", "s", reason.c_str());
+    const auto answer = connection.ask(inhibitMethod, soon(deadline, patience.start), "sua{sv}", noWindow, suspending,
+                                       1, "reason", "s", reason.c_str());
     if (!answer)
         return nullptr;
     const char *granter = sd_bus_message_get_sender(answer.get());
@@ -67,7 +66,7 @@ std::unique_ptr<SleepInhibition> SleepInhibitorPortal::inhibit(const std::string
     if (!granter || sd_bus_message_read(answer.get(), "o", &path) <= 0)
         return nullptr;
     auto request = std::make_unique<Request>(std::move(connection), granter, path);
-    request->connection.waitFor([&] { return responses.contains(path); }, limit);
+    request->connection.waitFor([&] { return responses.contains(path); }, soon(deadline, patience.response));
     const auto response = responses.find(path);
     if (response == responses.end() || response->second != granted)
         return nullptr;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/SleepInhibitor.h"
+#include "platform/linux/SleepPatience.h"
 
 namespace orvalen {
 
@@ -8,13 +9,13 @@ namespace orvalen {
 class SleepInhibitorPortal : public SleepInhibitor
 {
 public:
-    explicit SleepInhibitorPortal(std::chrono::milliseconds patience);
+    explicit SleepInhibitorPortal(const SleepPatience &patience);
 
-    [[nodiscard]] bool isAvailable(Deadline deadline) override;
+    [[nodiscard]] std::optional<bool> isAvailable(Deadline deadline) override;
     [[nodiscard]] std::unique_ptr<SleepInhibition> inhibit(const std::string &reason, Deadline deadline) override;
 
 private:
-    const std::chrono::milliseconds patience;
+    const SleepPatience patience;
 };
 
 } // namespace orvalen

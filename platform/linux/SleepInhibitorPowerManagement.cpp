@@ -1,6 +1,6 @@
 #include "platform/linux/SleepInhibitorPowerManagement.h"
 
-#include <algorithm>
+#include <array>
 #include <utility>
 
 #include "platform/linux/BusConnection.h"
@@ -13,42 +13,37 @@ namespace {
 constexpr auto path = "/org/freedesktop/PowerManagement/Inhibit";
 constexpr auto interface = "org.freedesktop.PowerManagement.Inhibit";
 
-// Plasma has both names, Xfce the first one, some others the second.
-const char *service(BusConnection &connection, SleepInhibitor::Deadline deadline)
-{
-    for (const auto *name : {"org.freedesktop.PowerManagement", interface}) {
-        if (connection.offers(name, deadline))
-            return name;
-    }
-    return nullptr;
-}
+// Plasma has both, Xfce the first one, some others the second.
+constexpr std::array names = {"org.freedesktop.PowerManagement", interface};
 
 } // namespace
 
 SleepInhibitorPowerManagement::SleepInhibitorPowerManagement(std::string application,
                                                              std::chrono::milliseconds patience)
-    : application(std::move(application)), patience(patience)
+    : application(std::move(application)), patience(patience), service(names.front())
 {
 }
 
-bool SleepInhibitorPowerManagement::isAvailable(Deadline deadline)
+std::optional<bool> SleepInhibitorPowerManagement::isAvailable(Deadline deadline)
 {
     BusConnection connection(BusConnection::Bus::session);
-    return service(connection, soon(deadline, patience)) != nullptr;
+    const auto limit = soon(deadline, patience);
+    for (const auto *name : names) {
+        service = name;
+        if (const auto isOffered = connection.offers(name, limit); isOffered != false)
+            return isOffered;
+    }
+    return false;
 }
 
 std::unique_ptr<SleepInhibition> SleepInhibitorPowerManagement::inhibit(const std::string &reason, Deadline deadline)
 {
     BusConnection connection(BusConnection::Bus::session);
-    const auto limit = soon(deadline, patience);
-    const auto *name = service(connection, limit);
-    if (!name)
-        return nullptr;
-    const auto answer =
-        connection.ask({name, path, interface, "Inhibit"}, limit, "ss", application.c_str(), reason.c_str());
+    const auto answer = connection.ask({service, path, interface, "Inhibit"}, soon(deadline, patience), "ss",
+                                       application.c_str(), reason.c_str());
     if (!answer)
         return nullptr;
-    return SleepInhibitionByCookie::from(*answer, std::move(connection), {name, path, interface, "UnInhibit"});
+    return SleepInhibitionByCookie::from(*answer, std::move(connection), {service, path, interface, "UnInhibit"});
 }
 
 } // namespace orvalen

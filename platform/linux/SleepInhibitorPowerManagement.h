@@ -11,12 +11,13 @@ public:
     /// `application` is the name that the desktop shows beside the reason.
     SleepInhibitorPowerManagement(std::string application, std::chrono::milliseconds patience);
 
-    [[nodiscard]] bool isAvailable(Deadline deadline) override;
+    [[nodiscard]] std::optional<bool> isAvailable(Deadline deadline) override;
     [[nodiscard]] std::unique_ptr<SleepInhibition> inhibit(const std::string &reason, Deadline deadline) override;
 
 private:
     const std::string application;
     const std::chrono::milliseconds patience;
+    const char *service; ///< Which of its names the desktop has.
 };
 
 } // namespace orvalen

@@ -14,7 +14,7 @@ constexpr auto path = "/org/gnome/SessionManager";
 constexpr BusMethod inhibitMethod{service, path, service, "Inhibit"};
 constexpr BusMethod uninhibitMethod{service, path, service, "Uninhibit"};
 constexpr std::uint32_t noWindow = 0;
-constexpr std::uint32_t suspending = 4; // of the flags: by itself or by the person's own wish
+constexpr std::uint32_t suspending = 4; // of the flags
 
 } // namespace
 
@@ -24,7 +24,7 @@ SleepInhibitorSessionManager::SleepInhibitorSessionManager(std::string applicati
 {
 }
 
-bool SleepInhibitorSessionManager::isAvailable(Deadline deadline)
+std::optional<bool> SleepInhibitorSessionManager::isAvailable(Deadline deadline)
 {
     return BusConnection(BusConnection::Bus::session).offers(service, soon(deadline, patience));
 }

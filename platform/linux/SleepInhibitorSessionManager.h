@@ -4,14 +4,15 @@
 
 namespace orvalen {
 
-/// The session manager of GNOME, Cinnamon and MATE: the session does not become idle enough to be suspended.
+/// The session manager of GNOME, Cinnamon and MATE. It is asked not to suspend, and the screen may
+/// go dark; whether a person's own wish to suspend is held up, too, is up to it.
 class SleepInhibitorSessionManager : public SleepInhibitor
 {
 public:
     /// `applicationId` names the desktop entry that the manager shows beside the reason.
     SleepInhibitorSessionManager(std::string applicationId, std::chrono::milliseconds patience);
 
-    [[nodiscard]] bool isAvailable(Deadline deadline) override;
+    [[nodiscard]] std::optional<bool> isAvailable(Deadline deadline) override;
     [[nodiscard]] std::unique_ptr<SleepInhibition> inhibit(const std::string &reason, Deadline deadline) override;
 
 private:

@@ -12,7 +12,7 @@ PowerAssertionsFirstGranted::Ways linuxSleepInhibitors(const SleepApplicant &app
     PowerAssertionsFirstGranted::Ways ways;
     ways.desktop.push_back(std::make_unique<SleepInhibitorPowerManagement>(applicant.name, patience.answer));
     ways.desktop.push_back(std::make_unique<SleepInhibitorSessionManager>(applicant.id, patience.answer));
-    ways.desktop.push_back(std::make_unique<SleepInhibitorPortal>(patience.response));
+    ways.desktop.push_back(std::make_unique<SleepInhibitorPortal>(patience));
     ways.withoutDesktop.push_back(std::make_unique<SleepInhibitorLogind>(applicant.name, patience.answer));
     return ways;
 }

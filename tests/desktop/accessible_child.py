@@ -7,6 +7,8 @@ import gi
 gi.require_version('Atspi', '2.0')
 from gi.repository import Atspi, GLib  # noqa: E402
 
+Atspi.set_timeout(30000, 30000)  # a press that took long would count as none, and be done twice
+
 
 def showing(parent):
     """Every object below `parent` that shows."""

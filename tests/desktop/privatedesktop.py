@@ -275,7 +275,7 @@ class Controls(Child):
     def ask(self, **question):
         self.process.stdin.write(json.dumps(question).encode() + b'\n')
         self.process.stdin.flush()
-        answer = self.read(30)
+        answer = self.read(60)
         assert answer is not None, 'no answer about the controls'
         assert 'error' not in answer, answer['error']
         return answer['answer']

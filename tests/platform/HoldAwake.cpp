@@ -1,12 +1,11 @@
 // Keeps the machine awake on demand, for a test that plays the services:
-//   hold_awake PATIENCE     in milliseconds, for each answer and for all together; 0 for the usual ones
+//   hold_awake ANSWER START RESPONSE ALL     how many milliseconds it waits for each, and for all together
 // Answers each line of standard input by one: "create [TYPE]" by an identifier or "refused", "release IDENTIFIER" by
 // "released", "leave" by the id of a process that outlives this one.
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
-#include <memory>
 #include <sstream>
 #include <string>
 
@@ -20,13 +19,13 @@ namespace {
 
 using namespace orvalen;
 
-std::unique_ptr<PowerAssertions> powerAssertions(std::chrono::milliseconds patience)
+PowerAssertionsFirstGranted powerAssertions(char **argv)
 {
-    const SleepApplicant applicant{"Orvalen", "com.quenmark.Orvalen"};
-    if (patience.count() == 0)
-        return std::make_unique<PowerAssertionsFirstGranted>(linuxSleepInhibitors(applicant));
-    return std::make_unique<PowerAssertionsFirstGranted>(linuxSleepInhibitors(applicant, {patience, patience}),
-                                                         patience);
+    const auto patience = [argv](int i) { return std::chrono::milliseconds(std::atoi(argv[i])); };
+    return PowerAssertionsFirstGranted(
+        linuxSleepInhibitors({.name = "Orvalen", .id = "com.quenmark.Orvalen"},
+                             {.answer = patience(1), .start = patience(2), .response = patience(3)}),
+        patience(4));
 }
 
 pid_t leaveProcess()
@@ -42,7 +41,9 @@ pid_t leaveProcess()
 
 int main(int argc, char **argv)
 {
-    const auto assertions = powerAssertions(std::chrono::milliseconds(argc > 1 ? std::atoi(argv[1]) : 0));
+    if (argc != 5)
+        return 2;
+    auto assertions = powerAssertions(argv);
     for (std::string line; std::getline(std::cin, line);) {
         std::istringstream words(line);
         std::string order;
@@ -50,12 +51,12 @@ int main(int argc, char **argv)
         if (order == "create") {
             std::string type = "PreventUserIdleSystemSleep";
             words >> type;
-            const auto identifier = assertions->create({type, 255, "Orvalen: Prevent System Sleep"});
+            const auto identifier = assertions.create({type, 255, "Orvalen: Prevent System Sleep"});
             std::cout << (identifier ? std::to_string(*identifier) : "refused") << std::endl;
         } else if (order == "release") {
             std::uint32_t identifier = 0;
             words >> identifier;
-            assertions->release(identifier);
+            assertions.release(identifier);
             std::cout << "released" << std::endl;
         } else if (order == "leave") {
             std::cout << leaveProcess() << std::endl;

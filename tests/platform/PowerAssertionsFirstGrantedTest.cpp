@@ -21,6 +21,7 @@ const PowerAssertion wish{"PreventUserIdleSystemSleep", 255, "Orvalen: Prevent S
 enum class Manner
 {
     absent,
+    silent, ///< Neither whether it is there nor what it is asked is answered.
     refusing,
     granting,
 };
@@ -43,11 +44,11 @@ struct FakeInhibitor : SleepInhibitor
         Diary &diary;
     };
 
-    bool isAvailable(Deadline deadline) override
+    std::optional<bool> isAvailable(Deadline deadline) override
     {
         deadlines.push_back(deadline);
         diary.push_back(name + "?");
-        return manner != Manner::absent;
+        return manner == Manner::silent ? std::nullopt : std::optional(manner != Manner::absent);
     }
     std::unique_ptr<SleepInhibition> inhibit(const std::string &reason, Deadline deadline) override
     {
@@ -133,6 +134,14 @@ TEST_F(PowerAssertionsFirstGrantedTest, aDesktopsRefusalIsNotGoneAround)
         EXPECT_THAT(diary, Not(Contains("bare?")));
         EXPECT_THAT(diary, Not(Contains("bare: Orvalen: Prevent System Sleep")));
     }
+}
+
+TEST_F(PowerAssertionsFirstGrantedTest, aDesktopThatDoesNotSayWhetherItIsThereIsNotGoneAround)
+{
+    best = second = Manner::silent;
+    EXPECT_FALSE(assertions.create(wish));
+    EXPECT_THAT(diary, ElementsAre("best?", "best: Orvalen: Prevent System Sleep", "second?",
+                                   "second: Orvalen: Prevent System Sleep"));
 }
 
 TEST_F(PowerAssertionsFirstGrantedTest, nobodyToAskIsARefusal)

@@ -50,7 +50,7 @@ set_target_properties(hold_awake PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${ORVALEN_
 target_link_libraries(hold_awake PRIVATE orvalen_platform_linux_desktop)
 add_test(NAME SleepInhibitors
     COMMAND "${Python3_EXECUTABLE}" "${CMAKE_CURRENT_SOURCE_DIR}/sleep_inhibitors_test.py" "$<TARGET_FILE:hold_awake>")
-set_tests_properties(SleepInhibitors PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 180)
+set_tests_properties(SleepInhibitors PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 300)
 
 orvalen_test(speech_command_test SOURCES SpeechCommandTest.cpp
     LIBRARIES orvalen_platform_linux_desktop orvalen_platform_posix)

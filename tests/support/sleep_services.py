@@ -8,10 +8,12 @@ SERVICE: "power", "session" or "portal", as Xfce, GNOME and the desktop portal h
     mute    takes the call and never answers; the portal never responds
     late    the portal: responds 0 when the request was closed
     early   the portal: responds 0 before it answers the call
+    slow    the portal: takes three seconds until it answers the call, and responds 0 then
 NAME: the names to own, where they are others.
 
-Prints lines of JSON: "ready"; ["asked", METHOD, ARGUMENTS] for every call; ["ended", WHY] when something granted is over,
-by "release" or, as with the real services, since its owner's connection "vanished".
+Prints lines of JSON: ["ready", ADDRESS] with its own name on the bus; ["asked", METHOD, ARGUMENTS] for every call;
+["ended", WHY] when something granted is over, by "release" or, as with the real services, since its owner's connection
+"vanished"; "marked" when the test calls com.quenmark.StandIn.Mark on /mark: all that it was asked before stands before.
 """
 import json
 import sys
@@ -47,6 +49,9 @@ REQUEST = Gio.DBusNodeInfo.new_for_xml('''
   <method name="Close"/>
   <signal name="Response"><arg type="u"/><arg type="a{sv}"/></signal>
 </interface></node>''').interfaces[0]
+
+MARK = Gio.DBusNodeInfo.new_for_xml('''
+<node><interface name="com.quenmark.StandIn"><method name="Mark"/></interface></node>''').interfaces[0]
 
 service, manner = sys.argv[1], (sys.argv[2:3] or ['grant'])[0]
 names, path, xml = SERVICES[service]
@@ -100,9 +105,16 @@ def ask_portal(sender, invocation):
     grant(request, sender)
     if manner == 'early':
         respond(request, 0)
+    if manner == 'slow':
+        GLib.timeout_add_seconds(3, answer_and_respond, invocation, request)
+    else:
+        answer_and_respond(invocation, request)
+
+
+def answer_and_respond(invocation, request):
     invocation.return_value(GLib.Variant('(o)', (request,)))
-    if manner in ('grant', 'refuse'):
-        respond(request, 0 if manner == 'grant' else 2)
+    if manner in ('grant', 'refuse', 'slow'):
+        respond(request, 2 if manner == 'refuse' else 0)
 
 
 def closed(_bus, _sender, request, _interface, method, _parameters, invocation):
@@ -114,10 +126,16 @@ def closed(_bus, _sender, request, _interface, method, _parameters, invocation):
     bus.unregister_object(registered[request])
 
 
+def marked(*call):
+    tell('marked')
+    call[-1].return_value(None)
+
+
+bus.register_object('/mark', MARK, marked, None, None)
 bus.register_object(path, Gio.DBusNodeInfo.new_for_xml(xml).interfaces[0], asked, None, None)
 for name in names:
     answer = bus.call_sync('org.freedesktop.DBus', '/org/freedesktop/DBus', 'org.freedesktop.DBus', 'RequestName',
                            GLib.Variant('(su)', (name, 4)), None, Gio.DBusCallFlags.NONE, -1, None)
     assert answer.unpack() == (1,), name
-tell('ready')
+tell('ready', bus.get_unique_name())
 GLib.MainLoop().run()
