@@ -68,7 +68,7 @@ private:
     };
     struct Wish
     {
-        std::uint64_t number;
+        std::uint64_t number = 0;
         HotKey key;
         Places held; ///< Empty: not to be had on the keyboard as it is.
     };
