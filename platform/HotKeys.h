@@ -34,7 +34,9 @@ public:
     virtual ~HotKeyHandle() = default;
 };
 
-/// Keys that the system hands to us from any program. Main thread only; presses arrive there.
+/// Keys that the system hands to us from any program. Main thread only; presses arrive there. A system that is slow to
+/// answer is not waited for long: then the handle is there before the answer is. If that is a yes, the handle works
+/// from then on, if it is a no, it never does.
 class HotKeys
 {
 public:
@@ -44,10 +46,11 @@ public:
     /// True: the press counts as handled and goes nowhere else.
     using Handler = std::function<bool(const std::optional<HotKeyId> &)>;
 
-    /// From now on presses go to `handler`. Null if the system has no such service.
+    /// From now on presses go to `handler`. Null if the system says that it has no such service.
     [[nodiscard]] virtual std::unique_ptr<HotKeyHandle> installHandler(Handler handler) = 0;
 
-    /// Asks for a key, for the handler installed last. Null if it is somebody else's, or there is no such service.
+    /// Asks for a key, for the handler installed last. Null if the system says that it is somebody else's, or there
+    /// is no such service.
     [[nodiscard]] virtual std::unique_ptr<HotKeyHandle> registerHotKey(const HotKey &key) = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "platform/linux/HotKeysX11.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <functional>
@@ -93,17 +94,9 @@ void serve(Line &line, KeyGrabsX11 &grabs, const std::function<void(const HotKey
         for (const auto &press : grabs.takePresses())
             line.ifOpen([&] { report(press); });
         std::array<pollfd, 2> doors{pollfd{grabs.descriptor(), POLLIN, 0}, pollfd{line.descriptor(), POLLIN, 0}};
-        ::poll(doors.data(), doors.size(), -1);
-    }
-}
-
-/// What is not answered in time, or not at all, is a no.
-bool isYes(std::future<bool> answer, std::chrono::milliseconds patience)
-{
-    try {
-        return answer.wait_for(patience) == std::future_status::ready && answer.get();
-    } catch (const std::exception &) { // the thread has ended instead
-        return false;
+        const int longForARelease = 1000; // ms; a key that repeats is heard of earlier
+        if (::poll(doors.data(), doors.size(), grabs.isKeyHeld() ? longForARelease : -1) == 0)
+            grabs.checkHeldKeys();
     }
 }
 
@@ -116,7 +109,7 @@ public:
     /// Throws std::system_error where there is no thread or no descriptor to be had.
     Listener(Dispatch &dispatch, const std::string &display, const std::shared_ptr<Handler> &handler,
              std::chrono::milliseconds patience)
-        : line(std::make_shared<Line>()), patience(patience)
+        : line(std::make_shared<Line>()), patienceLeft(patience)
     {
         std::promise<bool> connected;
         auto answer = connected.get_future();
@@ -135,15 +128,17 @@ public:
             }
             line->close();
         }).detach();
-        isConnected = isYes(std::move(answer), patience);
+        isRefused = isNo(std::move(answer));
     }
     ~Listener() { line->close(); }
 
     Listener(const Listener &) = delete;
     Listener &operator=(const Listener &) = delete;
 
-    [[nodiscard]] bool isAvailable() const { return isConnected; }
+    /// There is no server, or it cannot. False as long as it has not answered.
+    [[nodiscard]] bool isUnavailable() const { return isRefused; }
 
+    /// False if the key is not to be had. True as long as there is no answer, and it may still be granted.
     [[nodiscard]] bool add(std::uint64_t number, const HotKey &key)
     {
         std::future<bool> answer;
@@ -154,10 +149,7 @@ public:
                 promise->set_value(grabs.add(number, key));
             });
         }
-        const bool isGranted = isYes(std::move(answer), patience);
-        if (!isGranted)
-            remove(number); // it may still be granted, too late
-        return isGranted;
+        return !isNo(std::move(answer));
     }
 
     void remove(std::uint64_t number)
@@ -166,9 +158,23 @@ public:
     }
 
 private:
+    /// Waits no longer than is left of the patience. A thread that ends without an answer says no.
+    [[nodiscard]] bool isNo(std::future<bool> answer)
+    {
+        using std::chrono::steady_clock;
+        const auto begin = steady_clock::now();
+        const bool isAnswered = answer.wait_for(patienceLeft) == std::future_status::ready;
+        patienceLeft = std::max(patienceLeft - (steady_clock::now() - begin), steady_clock::duration::zero());
+        try {
+            return isAnswered && !answer.get();
+        } catch (const std::future_error &) {
+            return true;
+        }
+    }
+
     const std::shared_ptr<Line> line;
-    const std::chrono::milliseconds patience;
-    bool isConnected = false;
+    std::chrono::steady_clock::duration patienceLeft;
+    bool isRefused = false;
 };
 
 class HotKeysX11::HandlerHandle : public HotKeyHandle
@@ -209,7 +215,7 @@ std::unique_ptr<HotKeyHandle> HotKeysX11::installHandler(Handler handler)
     auto shared = std::make_shared<Handler>(std::move(handler));
     try {
         auto made = std::make_shared<Listener>(dispatch, display, shared, patience);
-        if (!made->isAvailable())
+        if (made->isUnavailable())
             return nullptr;
         listener = made;
         return std::make_unique<HandlerHandle>(std::move(shared), std::move(made));

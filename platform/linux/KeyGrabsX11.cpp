@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
-#include "platform/linux/KeyMapX11.h"
 #include "platform/linux/X11Session.h"
 #include "platform/linux/XkbClient.h"
 
@@ -13,7 +13,10 @@ namespace {
 
 using x11::Reply;
 
-constexpr std::uint16_t allModifiers = 0xff; // of an event's state; above it are pointer buttons and keyboard groups
+// Of an event's state. Between them are pointer buttons.
+constexpr std::uint16_t allModifiers = 0xff;
+constexpr unsigned int groupShift = 13;
+constexpr unsigned int groupMask = 3;
 
 template <typename Set>
 Set without(const Set &set, const Set &removed)
@@ -33,8 +36,12 @@ KeyGrabsX11::KeyGrabsX11(const std::string &display)
     for (auto screens = xcb_setup_roots_iterator(xcb_get_setup(xcb)); screens.rem > 0; xcb_screen_next(&screens))
         roots.push_back(screens.data->root);
     canGrab = !roots.empty() && !x11::isGuest(xcb, roots.front());
-    if (canGrab)
-        keyboardEvent = x11::becomeXkbClient(xcb);
+    if (!canGrab)
+        return;
+    if (const auto client = x11::becomeXkbClient(xcb)) {
+        keyboardEvent = client->keyboardEvent;
+        heldKeys = HeldKeysX11(!client->releasesOnce);
+    }
 }
 
 KeyGrabsX11::~KeyGrabsX11()
@@ -44,15 +51,15 @@ KeyGrabsX11::~KeyGrabsX11()
 
 bool KeyGrabsX11::add(std::uint64_t number, const HotKey &key)
 {
-    const auto grabs = grabsFor(key);
-    if (!grabs || grabs->empty())
+    auto places = placesOf(key);
+    if (!places || places->grabs.empty())
         return false;
     const bool isOurs = std::any_of(wishes.begin(), wishes.end(), [&](const Wish &wish) {
-        return without(wish.held, *grabs).size() != wish.held.size();
+        return without(wish.held.grabs, places->grabs).size() != wish.held.grabs.size();
     });
-    if (isOurs || !grab(*grabs))
+    if (isOurs || !grab(places->grabs))
         return false;
-    wishes.push_back({number, key, *grabs});
+    wishes.push_back({number, key, std::move(*places)});
     return true;
 }
 
@@ -62,24 +69,27 @@ void KeyGrabsX11::remove(std::uint64_t number)
         std::find_if(wishes.begin(), wishes.end(), [&](const Wish &each) { return each.number == number; });
     if (wish == wishes.end())
         return;
-    ungrab(wish->held);
+    ungrab(wish->held.grabs);
     wishes.erase(wish);
 }
 
 /// What makes up a key on the keyboard as it is. std::nullopt: the server does not say.
-std::optional<KeyGrabsX11::Grabs> KeyGrabsX11::grabsFor(const HotKey &key) const
+std::optional<KeyGrabsX11::Places> KeyGrabsX11::placesOf(const HotKey &key) const
 {
     const auto map = KeyMapX11::read(xcb);
     if (!map)
         return std::nullopt;
-    Grabs grabs;
-    if (const auto modifiers = map->modifiers(key.modifiers)) {
-        for (const auto code : map->keys(key.keyCode)) {
+    Places places;
+    const auto modifiers = map->modifiers(key.modifiers);
+    for (unsigned int group = 0; modifiers && group < KeyMapX11::groups; ++group) {
+        auto &counts = places.counts[group];
+        for (const auto code : map->keys(key.keyCode, group)) {
             for (const auto locks : map->lockStates())
-                grabs.insert({code, static_cast<std::uint16_t>(*modifiers | locks)});
+                counts.insert({code, static_cast<std::uint16_t>(*modifiers | locks)});
         }
+        places.grabs.insert(counts.begin(), counts.end());
     }
-    return grabs;
+    return places;
 }
 
 /// All of them or none.
@@ -114,16 +124,16 @@ void KeyGrabsX11::ungrab(const Grabs &grabs)
 /// Often several announcements come for one change, or one for none: what is the same is not touched.
 void KeyGrabsX11::followKeyboard()
 {
-    std::vector<Grabs> wanted;
+    std::vector<Places> wanted;
     for (auto &wish : wishes) {
-        wanted.push_back(grabsFor(wish.key).value_or(wish.held));
-        ungrab(without(wish.held, wanted.back())); // of all keys first: one may get the place of another
+        wanted.push_back(placesOf(wish.key).value_or(wish.held));
+        ungrab(without(wish.held.grabs, wanted.back().grabs)); // of all keys first: one may get the place of another
     }
     for (std::size_t i = 0; i < wishes.size(); ++i) {
-        const bool isGranted = grab(without(wanted[i], wishes[i].held));
+        const bool isGranted = grab(without(wanted[i].grabs, wishes[i].held.grabs));
         if (!isGranted)
-            ungrab(wanted[i]);
-        wishes[i].held = isGranted ? wanted[i] : Grabs{};
+            ungrab(wanted[i].grabs);
+        wishes[i].held = isGranted ? wanted[i] : Places{};
     }
 }
 
@@ -133,8 +143,9 @@ std::vector<HotKeyId> KeyGrabsX11::takePresses()
     while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(xcb)}) {
         if (event->response_type == XCB_KEY_PRESS)
             press(*reinterpret_cast<const xcb_key_press_event_t *>(event.get()), presses);
-        else if (event->response_type == XCB_KEY_RELEASE)
-            release(*reinterpret_cast<const xcb_key_release_event_t *>(event.get()));
+        else if (const auto *const key = reinterpret_cast<const xcb_key_release_event_t *>(event.get());
+                 event->response_type == XCB_KEY_RELEASE)
+            heldKeys.release(key->detail, key->time);
         else if (event->response_type == XCB_MAPPING_NOTIFY ||
                  (keyboardEvent && event->response_type == *keyboardEvent))
             followKeyboard();
@@ -144,25 +155,20 @@ std::vector<HotKeyId> KeyGrabsX11::takePresses()
 
 void KeyGrabsX11::press(const xcb_key_press_event_t &event, std::vector<HotKeyId> &presses)
 {
-    if (!activeKey) {
-        activeKey = event.detail;
-        heldKeys.reset();
-    }
-    if (heldKeys[event.detail])
-        return; // a repetition
-    heldKeys.set(event.detail);
+    if (!heldKeys.press(event.detail, event.time))
+        return;
     const Grab pressed{event.detail, static_cast<std::uint16_t>(event.state & allModifiers)};
     for (const auto &wish : wishes) {
-        if (wish.held.contains(pressed))
+        if (wish.held.counts[event.state >> groupShift & groupMask].contains(pressed))
             presses.push_back(wish.key.identifier);
     }
 }
 
-void KeyGrabsX11::release(const xcb_key_release_event_t &event)
+void KeyGrabsX11::checkHeldKeys()
 {
-    heldKeys.reset(event.detail);
-    if (activeKey == event.detail)
-        activeKey.reset(); // the releases of other keys go elsewhere from now on
+    const Reply<xcb_query_keymap_reply_t> map(xcb_query_keymap_reply(xcb, xcb_query_keymap(xcb), nullptr));
+    if (map)
+        heldKeys.keepOnly([&](xcb_keycode_t key) { return (map->keys[key / 8] >> key % 8 & 1) != 0; });
 }
 
 } // namespace orvalen

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <bitset>
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <set>
@@ -10,6 +10,8 @@
 #include <xcb/xcb.h>
 
 #include "platform/HotKeys.h"
+#include "platform/linux/HeldKeysX11.h"
+#include "platform/linux/KeyMapX11.h"
 
 namespace orvalen {
 
@@ -32,8 +34,8 @@ public:
     /// Readable when there may be something to take.
     [[nodiscard]] int descriptor() const { return xcb_get_file_descriptor(xcb); }
 
-    /// Grabs a key in every state of the locks, or in none: false if one of them is somebody else's, or there is no
-    /// such key. `number` is for remove() and must be new.
+    /// Grabs a key in every layout and state of the locks, or in none: false if one of them is somebody else's, or
+    /// there is no such key. `number` is for remove() and must be new.
     [[nodiscard]] bool add(std::uint64_t number, const HotKey &key);
 
     /// Gives it back. Nothing happens if that number was not granted.
@@ -41,6 +43,12 @@ public:
 
     /// The presses that have come since the last time, one for however long a key is held.
     [[nodiscard]] std::vector<HotKeyId> takePresses();
+
+    /// Whether a release is awaited: should it be long in coming, checkHeldKeys() is due now and then.
+    [[nodiscard]] bool isKeyHeld() const { return heldKeys.isAny(); }
+
+    /// Asks which keys are still down: a release may have got lost, and its key would never count again.
+    void checkHeldKeys();
 
 private:
     struct Grab
@@ -53,27 +61,30 @@ private:
         }
     };
     using Grabs = std::set<Grab>;
+    struct Places
+    {
+        Grabs grabs;                                 ///< In all layouts of the keyboard together.
+        std::array<Grabs, KeyMapX11::groups> counts; ///< The part that is the key in each of them.
+    };
     struct Wish
     {
-        std::uint64_t number;
+        std::uint64_t number = 0;
         HotKey key;
-        Grabs held; ///< Empty: not to be had on the keyboard as it is.
+        Places held; ///< Empty: not to be had on the keyboard as it is.
     };
 
-    [[nodiscard]] std::optional<Grabs> grabsFor(const HotKey &key) const;
+    [[nodiscard]] std::optional<Places> placesOf(const HotKey &key) const;
     [[nodiscard]] bool grab(const Grabs &grabs);
     void ungrab(const Grabs &grabs);
     void followKeyboard();
     void press(const xcb_key_press_event_t &event, std::vector<HotKeyId> &presses);
-    void release(const xcb_key_release_event_t &event);
 
     xcb_connection_t *const xcb; ///< Never null; may be in error.
     bool canGrab = false;
     std::vector<xcb_window_t> roots;
     std::optional<std::uint8_t> keyboardEvent;
     std::vector<Wish> wishes;
-    std::optional<xcb_keycode_t> activeKey; ///< By whose press we have the keyboard, until its release.
-    std::bitset<256> heldKeys;              ///< Pressed since then.
+    HeldKeysX11 heldKeys{true};
 };
 
 } // namespace orvalen

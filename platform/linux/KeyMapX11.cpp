@@ -73,23 +73,35 @@ bool KeyMapX11::has(xcb_keycode_t key, xcb_keysym_t wanted) const
     return false;
 }
 
-std::vector<xcb_keycode_t> KeyMapX11::keys(std::uint32_t keyCode) const
+std::vector<xcb_keycode_t> KeyMapX11::keys(std::uint32_t keyCode, unsigned int group) const
 {
     const auto *const letter =
         std::find_if(letters.begin(), letters.end(), [&](const Letter &each) { return each.keyCode == keyCode; });
     if (letter == letters.end())
         return {};
-    for (std::size_t column = 0; column < symbolsPerKey; ++column) {
-        std::vector<xcb_keycode_t> found;
-        for (std::size_t i = 0; i < symbols.size() / symbolsPerKey; ++i) {
-            const auto key = static_cast<xcb_keycode_t>(firstKey + i);
-            if (symbol(key, column) == letter->lower || symbol(key, column) == letter->upper)
-                found.push_back(key);
-        }
-        if (!found.empty())
-            return found;
+    // The server puts the first two groups into two columns each; where the others begin is different for each key.
+    const std::size_t begin = group < 2 ? std::size_t{2} * group : 4;
+    const std::size_t end = group < 2 ? begin + 2 : symbolsPerKey;
+    auto found = keysWith(letter->lower, letter->upper, begin, end);
+    for (std::size_t column = 0; found.empty() && column < symbolsPerKey; ++column)
+        found = keysWith(letter->lower, letter->upper, column, column + 1);
+    return found.empty() ? std::vector{letter->americanPlace} : found;
+}
+
+/// Those that have one of two symbols in the columns from `begin` to before `end`.
+std::vector<xcb_keycode_t> KeyMapX11::keysWith(xcb_keysym_t lower, xcb_keysym_t upper, std::size_t begin,
+                                               std::size_t end) const
+{
+    std::vector<xcb_keycode_t> found;
+    for (std::size_t i = 0; symbolsPerKey > 0 && i < symbols.size() / symbolsPerKey; ++i) {
+        const auto key = static_cast<xcb_keycode_t>(firstKey + i);
+        bool hasIt = false;
+        for (auto column = begin; column < std::min(end, symbolsPerKey); ++column)
+            hasIt = hasIt || symbol(key, column) == lower || symbol(key, column) == upper;
+        if (hasIt)
+            found.push_back(key);
     }
-    return {letter->americanPlace};
+    return found;
 }
 
 /// The modifier that the left key is, else the right one; 0: neither is one.

@@ -20,9 +20,13 @@ public:
     KeyMapX11(xcb_keycode_t firstKey, std::size_t symbolsPerKey, std::vector<xcb_keysym_t> symbols,
               const std::vector<xcb_keycode_t> &modifierKeys);
 
-    /// The keys for one of HotKey's key codes: those that write its letter, with a layout that has it before one that
-    /// has it in a later group only. Where no key writes it, the one in its place. Empty: not a key we know.
-    [[nodiscard]] std::vector<xcb_keycode_t> keys(std::uint32_t keyCode) const;
+    /// A keyboard has up to so many layouts, one of which is in effect.
+    static constexpr unsigned int groups = 4;
+
+    /// The keys for one of HotKey's key codes while the layout `group` (from 0 on) is in effect: those that write its
+    /// letter. If that layout has it nowhere, those of the first that has it; where no key writes it, the one in its
+    /// place. Empty: not a key we know.
+    [[nodiscard]] std::vector<xcb_keycode_t> keys(std::uint32_t keyCode, unsigned int group = 0) const;
 
     /// The server's mask for a sum of HotKey's modifiers. std::nullopt: the keyboard has no such modifier, or cannot
     /// tell one from the other.
@@ -34,6 +38,8 @@ public:
 private:
     [[nodiscard]] xcb_keysym_t symbol(xcb_keycode_t key, std::size_t column) const;
     [[nodiscard]] bool has(xcb_keycode_t key, xcb_keysym_t wanted) const;
+    [[nodiscard]] std::vector<xcb_keycode_t> keysWith(xcb_keysym_t lower, xcb_keysym_t upper, std::size_t begin,
+                                                      std::size_t end) const;
     [[nodiscard]] std::uint16_t modifierOf(xcb_keysym_t left, xcb_keysym_t right) const;
 
     xcb_keycode_t firstKey;

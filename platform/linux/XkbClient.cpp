@@ -19,9 +19,29 @@ constexpr std::uint16_t coreKeyboard = 0x100;
 constexpr std::uint16_t newKeyboardNotify = 1U << 0U;
 constexpr std::uint16_t mapNotify = 1U << 1U;
 constexpr std::uint32_t detectableAutoRepeat = 1U << 0U;
+constexpr std::uint32_t grabsUseXkbState = 1U << 1U;
+constexpr std::uint32_t lookupStateWhenGrabbed = 1U << 3U; // which has the layout, even one that is locked
+constexpr std::uint32_t clientFlags = detectableAutoRepeat | grabsUseXkbState | lookupStateWhenGrabbed;
+
+struct UseExtensionAnswer
+{
+    std::uint8_t responseType;
+    std::uint8_t isWelcome; ///< Whether the server will have us.
+};
+
+struct PerClientFlagsAnswer
+{
+    std::uint8_t responseType;
+    std::uint8_t device;
+    std::uint16_t sequence;
+    std::uint32_t length;
+    std::uint32_t supported;
+    std::uint32_t value; ///< As they are now.
+};
 
 struct UseExtension
 {
+    using Answer = UseExtensionAnswer;
     static constexpr std::uint8_t opcode = 0;
     std::uint8_t majorOpcode = 0; // these three are filled in by xcb
     std::uint8_t minorOpcode = 0;
@@ -46,24 +66,18 @@ struct SelectEvents
 
 struct PerClientFlags
 {
+    using Answer = PerClientFlagsAnswer;
     static constexpr std::uint8_t opcode = 21;
     std::uint8_t majorOpcode = 0;
     std::uint8_t minorOpcode = 0;
     std::uint16_t length = 0;
     std::uint16_t deviceSpec = coreKeyboard;
     std::uint16_t padding = 0;
-    std::uint32_t change = detectableAutoRepeat;
-    std::uint32_t value = detectableAutoRepeat;
+    std::uint32_t change = clientFlags;
+    std::uint32_t value = clientFlags;
     std::uint32_t controlsToChange = 0;
     std::uint32_t automaticControls = 0;
     std::uint32_t automaticControlValues = 0;
-};
-
-/// The beginning of every answer.
-struct Answer
-{
-    std::uint8_t responseType;
-    std::uint8_t flag; ///< To UseExtension: whether the server will have us.
 };
 
 template <typename Request>
@@ -76,27 +90,28 @@ unsigned int send(xcb_connection_t *xcb, Request request, bool isVoid)
 }
 
 template <typename Request>
-Reply<Answer> ask(xcb_connection_t *xcb, Request request)
+Reply<typename Request::Answer> ask(xcb_connection_t *xcb, Request request)
 {
     xcb_generic_error_t *error = nullptr;
-    Reply<Answer> answer(static_cast<Answer *>(xcb_wait_for_reply(xcb, send(xcb, request, false), &error)));
+    Reply<typename Request::Answer> answer(
+        static_cast<typename Request::Answer *>(xcb_wait_for_reply(xcb, send(xcb, request, false), &error)));
     const Reply<xcb_generic_error_t> freed(error);
     return answer;
 }
 
 } // namespace
 
-std::optional<std::uint8_t> becomeXkbClient(xcb_connection_t *xcb)
+std::optional<XkbClient> becomeXkbClient(xcb_connection_t *xcb)
 {
     const auto *const data = xcb_get_extension_data(xcb, &extension);
     if (!data || !data->present)
         return std::nullopt;
     const auto welcome = ask(xcb, UseExtension{});
-    if (!welcome || welcome->flag == 0)
+    if (!welcome || welcome->isWelcome == 0)
         return std::nullopt;
     send(xcb, SelectEvents{}, true);
-    ask(xcb, PerClientFlags{});
-    return data->first_event;
+    const auto flags = ask(xcb, PerClientFlags{});
+    return XkbClient{data->first_event, flags && (flags->value & detectableAutoRepeat) != 0};
 }
 
 } // namespace orvalen::x11

@@ -1,10 +1,12 @@
 """Another program with global keys: takes one and tells of its presses, as JSON lines.
 
-    grabbing_child.py KEYSYM MODIFIERS      first "ready" or "refused", then "pressed" for each press
+    grabbing_child.py KEYSYM MODIFIERS              first "ready" or "refused", then "pressed" for each press
+    grabbing_child.py KEYSYM MODIFIERS --watch      takes none: "taken" as soon as some other program has it
 """
 import ctypes
 import json
 import sys
+import time
 
 KEY_PRESS = 2
 ASYNCHRONOUS = 1
@@ -28,9 +30,26 @@ def main():
     handler = ctypes.CFUNCTYPE(ctypes.c_int, ctypes.c_void_p, ctypes.c_void_p)(lambda *_: refusals.append(True) or 0)
     x11.XSetErrorHandler(handler)
     symbol = ctypes.c_ulong(x11.XStringToKeysym(sys.argv[1].encode()))
-    x11.XGrabKey(display, x11.XKeysymToKeycode(display, symbol), int(sys.argv[2], 0),
-                 ctypes.c_ulong(x11.XDefaultRootWindow(display)), False, ASYNCHRONOUS, ASYNCHRONOUS)
-    x11.XSync(display, False)
+    key, modifiers = x11.XKeysymToKeycode(display, symbol), int(sys.argv[2], 0)
+    root = ctypes.c_ulong(x11.XDefaultRootWindow(display))
+
+    def grab():
+        x11.XGrabKey(display, key, modifiers, root, False, ASYNCHRONOUS, ASYNCHRONOUS)
+        x11.XSync(display, False)
+
+    if sys.argv[3:] == ['--watch']:
+        while True:
+            x11.XGrabServer(display)  # so that it is in nobody's way while we have it
+            grab()
+            if refusals:
+                break
+            x11.XUngrabKey(display, key, modifiers, root)
+            x11.XUngrabServer(display)
+            x11.XSync(display, False)
+            time.sleep(0.05)
+        say('taken')
+        return
+    grab()
     say('refused' if refusals else 'ready')
     event = Event()
     while True:

@@ -50,11 +50,18 @@ def start(desktop):
     desktop.controls.wait(TRIGGER)
     wait_for(lambda: desktop.written(), what='a word of the program')
     assert desktop.written() == GREETING
+    wait_for_keys(desktop)
     desktop.start_service('other', ['xev', '-event', 'keyboard'])
     desktop.activate(OTHER_WINDOW)
     desktop.keys('z')
     wait_for(lambda: typed(desktop, 'z'), what='the keyboard in the other window')
     return program
+
+
+def wait_for_keys(desktop):
+    """Until the program has its keys, of which M is the last: its words may come before."""
+    watcher = Child(desktop, 'grabbing_child.py', arguments=['m', str(SUPER_ALT), '--watch'])
+    assert watcher.read(30) == 'taken'
 
 
 def typed(desktop, letter):
@@ -154,9 +161,12 @@ def test_the_keys_do_nothing_with_another_modifier_held(desktop, voice, modifier
 
 def test_a_key_that_is_held_down_counts_once(desktop, voice):
     start(desktop)
+    recorder = Child(desktop, 'recording_child.py')
+    assert recorder.read(20) == 'ready'
     desktop.output(['xdotool', 'keydown', 'super', 'keydown', 'alt', 'keydown', 'm'])
     voice.wait_for_sentence(1)
-    time.sleep(1.5)  # the keyboard repeats from 0.66 s on
+    told = [recorder.read(20) for _ in range(10)]
+    assert len(set(told[2:])) == 1 and told[2] is not None, 'first the two others, then repetitions of M: %s' % told
     desktop.output(['xdotool', 'keyup', 'm', 'keyup', 'alt', 'keyup', 'super'])
     desktop.keys(CAST)
     voice.wait_for_sentence(2)
@@ -196,7 +206,7 @@ def test_the_keys_end_with_the_program(desktop):
     assert not Grabber(desktop, 'w', SUPER_ALT).is_granted()
     program.terminate()
     assert program.wait(10) == 0
-    assert Grabber(desktop, 'w', SUPER_ALT).is_granted()
+    wait_for(lambda: Grabber(desktop, 'w', SUPER_ALT).is_granted(), 30, 'the key to be free')
 
 
 @pytest.mark.parametrize('number', [signal.SIGKILL, signal.SIGSTOP], ids=['dies', 'hangs'])
@@ -204,6 +214,7 @@ def test_an_x_server_that_fails_takes_along_no_program_that_shows_its_windows_el
     desktop.choose(PROGRAM, smartModeEnabled='false')
     program = desktop.start(PROGRAM, {'QT_QPA_PLATFORM': 'offscreen'})
     wait_for(lambda: desktop.written() == GREETING, what='a word of the program')
+    wait_for_keys(desktop)
     desktop.keys(CAST)
     voice.wait_for_sentence(1)
     server = desktop.processes[0]

@@ -20,6 +20,7 @@ find_package(PkgConfig REQUIRED)
 pkg_check_modules(orvalen_test_xcb REQUIRED IMPORTED_TARGET xcb xcb-xtest)
 orvalen_test(platform_x11_test
     SOURCES
+        HeldKeysX11Test.cpp
         HotKeysX11Test.cpp
         InputIdleTimeX11Test.cpp
         LaunchFeedbackX11Test.cpp

@@ -1,21 +1,13 @@
 #include "tests/support/Typist.h"
 
-#include <cstdlib>
-#include <memory>
 #include <stdexcept>
 #include <xcb/xtest.h>
 
+#include "platform/linux/X11Session.h"
+
 namespace orvalen::test {
 
-namespace {
-
-template <typename T>
-std::unique_ptr<T, decltype(&std::free)> owned(T *reply)
-{
-    return {reply, &std::free};
-}
-
-} // namespace
+using x11::Reply;
 
 Typist::Typist(const std::string &display) : xcb(xcb_connect(display.c_str(), nullptr))
 {
@@ -55,8 +47,8 @@ xcb_keycode_t Typist::keyOf(xcb_keysym_t symbol) const
 {
     const auto *const setup = xcb_get_setup(xcb);
     const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
-    const auto map =
-        owned(xcb_get_keyboard_mapping_reply(xcb, xcb_get_keyboard_mapping(xcb, setup->min_keycode, count), nullptr));
+    const Reply<xcb_get_keyboard_mapping_reply_t> map(
+        xcb_get_keyboard_mapping_reply(xcb, xcb_get_keyboard_mapping(xcb, setup->min_keycode, count), nullptr));
     if (map) {
         const auto *const symbols = xcb_get_keyboard_mapping_keysyms(map.get());
         for (int key = 0; key < count; ++key) {
@@ -69,14 +61,14 @@ xcb_keycode_t Typist::keyOf(xcb_keysym_t symbol) const
 
 std::uint16_t Typist::state() const
 {
-    const auto pointer = owned(xcb_query_pointer_reply(xcb, xcb_query_pointer(xcb, root), nullptr));
+    const Reply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(xcb, xcb_query_pointer(xcb, root), nullptr));
     return pointer ? pointer->mask : 0;
 }
 
 void Typist::fake(std::uint8_t event, xcb_keycode_t key) const
 {
     xcb_test_fake_input(xcb, event, key, XCB_CURRENT_TIME, root, 0, 0, 0);
-    owned(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+    const Reply<xcb_get_input_focus_reply_t> done(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
 }
 
 } // namespace orvalen::test
