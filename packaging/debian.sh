@@ -24,7 +24,7 @@ virtualDesktopPackages=(xvfb openbox dbus-daemon dunst imagemagick)
 # To test: the test libraries, the checks' tools, and services for the whole-program tests.
 testPackages=(
     "${virtualDesktopPackages[@]}"
-    libgtest-dev libgmock-dev libbenchmark-dev libxcb-xtest0-dev
+    libgtest-dev libgmock-dev libbenchmark-dev libxcb-xtest0-dev libxtst6
     clang clang-format clang-tidy libclang-rt-14-dev
     python3 python3-pytest python3-gi gir1.2-atspi-2.0 at-spi2-core
     mesa-vulkan-drivers
