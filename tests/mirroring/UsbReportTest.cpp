@@ -214,6 +214,40 @@ TEST(UsbReport, manyDevicesAreAllRead)
     EXPECT_EQ(usbNodesInReport(report, key).size(), static_cast<std::size_t>(count));
 }
 
+constexpr std::size_t manyBytes = 8'000'000;
+
+TEST(UsbReport, eightMegabytesOfNamedHubsAreReadToTheEnd)
+{
+    std::string report = R"({"SPUSBDataType":[)";
+    std::size_t hubs = 0;
+    for (; report.size() < manyBytes; ++hubs) {
+        report += hubs == 0 ? "" : ",";
+        report += R"({"_name":"USB2.0 Hub","serial_num":"0123456789ABCDEF","bus_power":"500","_items":[)"
+                  R"({"_name":"USB2.0 Hub","_items":[{"_name":"iPad","manufacturer":"Apple Inc."},{"_name":"Mouse"}]},)"
+                  R"({"_name":"Keyboard"}]})";
+    }
+    const auto names = secondScreensIn(report + "]}");
+    EXPECT_EQ(names.size(), hubs);
+    EXPECT_THAT(names, ::testing::Each("iPad"));
+    EXPECT_THAT(secondScreensIn(report), ::testing::IsEmpty());
+}
+
+TEST(UsbReport, whatARecordSaysOfThoseAboveItIsNoTree)
+{
+    std::string report = R"({"SPUSBDataType":)";
+    std::string above = "{}";
+    std::string tree;
+    int depth = 0;
+    for (; report.size() < manyBytes; ++depth) { // each one as long as all above it
+        const auto name = "hub " + std::to_string(depth);
+        above = "{\"_name\":\"" + name + R"(","location_id":"0x14100000","parent":)" + above + "}";
+        report.append("[").append(above, 0, above.size() - 1).append(",\"_items\":");
+        tree += "(" + name;
+    }
+    report += "[]" + repeated("}]", depth) + "}";
+    EXPECT_EQ(treeIn(report), tree + std::string(static_cast<std::size_t>(depth), ')'));
+}
+
 TEST(UsbReport, aHugeNameIsAName)
 {
     const std::string name(500'000, 'x');
