@@ -26,6 +26,7 @@
 #include "platform/linux/SpeechCommand.h"
 #include "platform/linux/TemperatureSensorsSysfs.h"
 #include "platform/linux/TrayHostLinux.h"
+#include "platform/linux/UrlOpenerXdg.h"
 #include "platform/linux/UsbTreeSysfs.h"
 #include "platform/linux/WindowActivationX11.h"
 #include "platform/posix/BoundedPowerSources.h"
@@ -42,7 +43,6 @@
 #include "platform/qt/PasteboardQt.h"
 #include "platform/qt/SettingsStoreQt.h"
 #include "platform/qt/StatusBarQt.h"
-#include "platform/qt/UrlOpenerQt.h"
 
 namespace orvalen {
 
@@ -117,9 +117,9 @@ Platform nativePlatform(const QString &settingsName)
     platform.settings = std::make_unique<SettingsStoreQt>(SettingsStoreQt::userFile(settingsName));
     platform.sounds = std::make_unique<SoundsCanberra>(besideTheProgram("share/sounds/orvalen"));
     platform.notifications = std::make_unique<NotificationsDBus>(QStringLiteral(ORVALEN_APPLICATION_ID));
-    platform.urls = std::make_unique<UrlOpenerQt>();
     platform.colorScheme = std::make_unique<ColorSchemePortal>();
     platform.processes = std::make_unique<ChildProcessesPosix>();
+    platform.urls = std::make_unique<UrlOpenerXdg>(*platform.processes, environment("PATH"));
     platform.hostName = std::make_unique<HostNameAvahi>();
     platform.interfaces = std::make_unique<NetworkInterfacesPosix>();
     platform.pasteboard = std::make_unique<PasteboardQt>();
@@ -133,7 +133,7 @@ Platform nativePlatform(const QString &settingsName)
     platform.application = std::make_unique<ApplicationQt>(bringForwardForUser);
     platform.statusBar = std::make_unique<StatusBarQt>(std::make_unique<TrayHostLinux>(), *platform.colorScheme);
     platform.dates = std::make_unique<LocalisedDatesIcu>();
-    platform.documents = std::make_unique<DocumentsQt>();
+    platform.documents = std::make_unique<DocumentsQt>(*platform.urls);
     platform.powerAssertions =
         std::make_unique<PowerAssertionsFirstGranted>(linuxSleepInhibitors({"Orvalen", ORVALEN_APPLICATION_ID}));
     platform.streamServer = streamServer();

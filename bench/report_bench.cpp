@@ -57,14 +57,19 @@ std::string laptop()
                   "[class/power_supply/BAT0]\ntype = Battery\nstatus = Charging\ncapacity = 78\n";
 }
 
-/// A Desktop in a folder of ours, and nobody who shows what lies there.
+/// Shows nothing.
+struct NoBrowser : UrlOpener
+{
+    void open(std::string_view) override { ++opened; }
+    int opened = 0;
+};
+
+/// A Desktop in a folder of ours.
 struct DocumentsInFolder : DocumentsQt
 {
-    explicit DocumentsInFolder(std::string folder) : folder(std::move(folder)) {}
+    DocumentsInFolder(UrlOpener &urls, std::string folder) : DocumentsQt(urls), folder(std::move(folder)) {}
     std::string desktopFolder() override { return folder; }
-    void open(const std::string &) override { ++opened; }
     std::string folder;
-    int opened = 0;
 };
 
 struct NobodyIdle : InputIdleTime
@@ -132,7 +137,8 @@ int main(int argc, char **argv)
     ClockBoottime clock;
     ThermalEngine engine({temperatureSensors, idle, powerSources, graphics, processors, dispatch, clock});
     LocalisedDatesIcu dates;
-    DocumentsInFolder documents(folder);
+    NoBrowser browser;
+    DocumentsInFolder documents(browser, folder);
     const ReportGenerator::Services services{engine, dates, documents};
 
     std::string path;
@@ -150,7 +156,7 @@ int main(int argc, char **argv)
         ours.push_back(timed(report));
     }
     std::filesystem::remove_all(folder);
-    if (documents.opened != count + 1)
+    if (browser.opened != count + 1)
         return 1;
 
     std::printf("%zu bytes, %d sensors, %d times each; milliseconds\n", contents.size(), sensors, count);

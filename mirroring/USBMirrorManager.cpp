@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "mirroring/SecondScreens.h"
-#include "mirroring/SettingsURLs.h"
 #include "platform/Dispatch.h"
 #include "platform/Platform.h"
 #include "platform/SettingsPages.h"

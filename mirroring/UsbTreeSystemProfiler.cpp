@@ -3,7 +3,6 @@
 #include <system_error>
 
 #include "mirroring/UsbReport.h"
-#include "platform/ChildProcesses.h"
 
 namespace orvalen {
 
@@ -26,8 +25,7 @@ std::vector<UsbNode> UsbTreeSystemProfiler::read()
 {
     for (const auto &command : commands()) {
         try {
-            const auto report =
-                processes.outputOf(command.program, command.arguments, {.bytes = largestReport, .time = patience});
+            const auto report = processes.outputOf(command.program, command.arguments, limits);
             if (auto nodes = usbNodesInReport(report, command.key); !nodes.empty())
                 return nodes;
         } catch (const std::system_error &) { // NOLINT(bugprone-empty-catch): then it reports nothing

@@ -5,11 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "platform/ChildProcesses.h"
 #include "platform/UsbTree.h"
 
 namespace orvalen {
-
-class ChildProcesses;
 
 /// A report that the system profiler can give.
 struct UsbReportCommand
@@ -23,19 +22,25 @@ struct UsbReportCommand
 class UsbTreeSystemProfiler : public UsbTree
 {
 public:
-    static constexpr std::size_t largestReport = 8 * 1024 * 1024; ///< Bytes: a kilobyte for thousands of devices.
-    static constexpr std::chrono::seconds patience{60};           ///< For each report.
+    static constexpr std::size_t largestReport = 64 * 1024 * 1024; ///< Bytes; no machine has devices for so many.
+    static constexpr std::chrono::seconds patience{60};            ///< For each report.
 
-    /// Asked in this order until one names something. Systems from version 26 on leave the first one empty.
+    /// Asked in this order until one has a bus or device, with or without a name. Systems from version 26 on leave the
+    /// first one empty.
     [[nodiscard]] static const std::vector<UsbReportCommand> &commands();
 
-    /// `processes` must outlive it.
-    explicit UsbTreeSystemProfiler(ChildProcesses &processes) : processes(processes) {}
+    /// `limits`: those of each report; one that goes beyond them is as good as none. `processes` must outlive it.
+    explicit UsbTreeSystemProfiler(ChildProcesses &processes,
+                                   const OutputLimits &limits = {.bytes = largestReport, .time = patience})
+        : processes(processes), limits(limits)
+    {
+    }
 
     [[nodiscard]] std::vector<UsbNode> read() override;
 
 private:
     ChildProcesses &processes;
+    const OutputLimits limits;
 };
 
 } // namespace orvalen

@@ -5,8 +5,10 @@
 #include <unicode/timezone.h>
 #include <unicode/unistr.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -14,7 +16,30 @@ namespace orvalen {
 
 namespace {
 
-/// The first of them that is set decides, as for the C library. A date has no use for the encoding in it.
+/// The script that a name of the C library asks for behind its @, as ICU calls it; empty: the language's usual one.
+std::string_view scriptOf(std::string_view modifier)
+{
+    if (modifier == "latin")
+        return "Latn";
+    if (modifier == "cyrillic")
+        return "Cyrl";
+    if (modifier == "devanagari")
+        return "Deva";
+    return {};
+}
+
+/// "sr_RS.UTF-8@latin" is sr_Latn_RS to ICU. A date has no use for the encoding.
+std::string icuName(std::string_view name)
+{
+    const auto at = name.find('@');
+    const auto script = at == std::string_view::npos ? std::string_view() : scriptOf(name.substr(at + 1));
+    std::string result(name.substr(0, name.find_first_of(".@")));
+    if (!script.empty())
+        result.insert(std::min(result.find('_'), result.size()), "_" + std::string(script));
+    return result;
+}
+
+/// The first of them that is set decides, as for the C library.
 icu::Locale usersLocale()
 {
     std::string_view name;
@@ -24,10 +49,9 @@ icu::Locale usersLocale()
             break;
         }
     }
-    name = name.substr(0, name.find_first_of(".@"));
-    if (name.empty() || name == "C" || name == "POSIX")
-        name = "en_US_POSIX";
-    return icu::Locale::createFromName(std::string(name).c_str());
+    const auto wanted = icuName(name);
+    const bool isNobodys = wanted.empty() || wanted == "C" || wanted == "POSIX";
+    return icu::Locale::createFromName(isNobodys ? "en_US_POSIX" : wanted.c_str());
 }
 
 } // namespace

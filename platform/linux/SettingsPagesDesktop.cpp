@@ -63,12 +63,11 @@ struct PageOfUrl
     Page page;
 };
 
-/// The addresses that macOS has for them.
 constexpr PageOfUrl pages[] = {
-    {"x-apple.systempreferences:com.apple.Displays-Settings.extension", Page::displays},
-    {"x-apple.systempreferences:com.apple.preference.displays", Page::displays},
-    {"x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture", Page::screenRecording},
-    {"x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility", Page::accessibility},
+    {settings_urls::displays, Page::displays},
+    {settings_urls::olderDisplays, Page::displays},
+    {settings_urls::screenRecording, Page::screenRecording},
+    {settings_urls::accessibility, Page::accessibility},
 };
 
 bool isKnown(std::string_view desktop)

@@ -68,13 +68,13 @@ bool leadsTo(const Place &above, const Place &below)
     return above.size() < below.size() && std::equal(above.begin(), above.end(), below.begin());
 }
 
-/// What the device says, without the line end that the kernel adds. Longer than the 126 letters of a USB string in
-/// UTF-8, with room to spare. Never waits for a writer.
+/// What the device says, without the line end that the kernel adds. Never waits for a writer.
 std::optional<std::string> productIn(const std::string &folder)
 {
     const int descriptor = ::open((folder + "/product").c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (descriptor < 0)
         return std::nullopt;
+    // A USB string has 126 letters: this holds them in UTF-8 with room to spare.
     std::array<char, 1024> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by the read
     struct stat status = {};
     ssize_t length = -1;

@@ -1,5 +1,5 @@
 # What the programs around a Linux desktop do for it: graphics memory copies, sounds, speech, notifications, the announced
-# name, sleep, settings pages, and the one program of a session.
+# name, sleep, settings pages, the way to the browser, and the one program of a session.
 
 find_package(PkgConfig REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus)
@@ -28,7 +28,8 @@ orvalen_library(orvalen_platform_linux_desktop
     SleepInhibitorSessionManager.cpp
     SleepInhibitorsLinux.cpp
     SoundsCanberra.cpp
-    SpeechCommand.cpp)
+    SpeechCommand.cpp
+    UrlOpenerXdg.cpp)
 set_target_properties(orvalen_platform_linux_desktop PROPERTIES AUTOMOC ON)
 target_link_libraries(orvalen_platform_linux_desktop PUBLIC orvalen_platform Qt6::Core Qt6::DBus
     PRIVATE orvalen_platform_posix PkgConfig::canberra PkgConfig::systemd)

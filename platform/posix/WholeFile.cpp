@@ -19,12 +19,13 @@ namespace {
 constexpr int tries = 100;                                                           ///< To find a name.
 constexpr mode_t forAll = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH; ///< Less the umask.
 
-/// A file that ends with its descriptor unless it gets a name; -1 where there is no such thing.
+/// A file that ends with its descriptor unless it gets a name; -1 with errno set if there can be none.
 int openNameless([[maybe_unused]] const std::filesystem::path &folder, [[maybe_unused]] mode_t mode)
 {
 #ifdef O_TMPFILE
     return ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode);
 #else
+    errno = EOPNOTSUPP;
     return -1;
 #endif
 }
@@ -73,6 +74,44 @@ int fill(int descriptor, std::span<const std::string_view> pieces, const Kind &k
     return error;
 }
 
+/// The whole file under `name`, which may be given a number. Nothing is there if that fails.
+int writeNameless(std::string &name, const std::filesystem::path &folder, mode_t mode,
+                  std::span<const std::string_view> pieces, const Kind &kind)
+{
+    const int descriptor = openNameless(folder, mode);
+    if (descriptor < 0)
+        return errno;
+    int error = fill(descriptor, pieces, kind);
+    if (error == 0)
+        error = giveName(descriptor, name);
+    const bool hasName = error == 0;
+    if (::close(descriptor) != 0 && error == 0)
+        error = errno;
+    if (error != 0 && hasName)
+        ::unlink(name.c_str());
+    return error;
+}
+
+/// The same under a name from the start. Who is killed amid it leaves it there.
+int writeNamed(std::string &name, mode_t mode, std::span<const std::string_view> pieces, const Kind &kind)
+{
+    const int descriptor = openUnder(name, mode);
+    if (descriptor < 0)
+        return errno;
+    int error = fill(descriptor, pieces, kind);
+    if (::close(descriptor) != 0 && error == 0)
+        error = errno;
+    if (error != 0)
+        ::unlink(name.c_str());
+    return error;
+}
+
+/// Whether a name from the start would not help either.
+bool isFinal(int error)
+{
+    return error == EEXIST || error == ENOSPC || error == EDQUOT;
+}
+
 } // namespace
 
 int replace(const std::filesystem::path &path, std::span<const std::string_view> pieces, const Kind &kind)
@@ -82,25 +121,22 @@ int replace(const std::filesystem::path &path, std::span<const std::string_view>
     auto folder = path.parent_path();
     if (folder.empty())
         folder = ".";
-    auto temporary = (folder / ('.' + path.filename().string() + ".orvalen")).string();
+    const auto beside = (folder / ('.' + path.filename().string() + ".orvalen")).string();
     const mode_t mode = kind.mode ? S_IRUSR | S_IWUSR : forAll;
-    int descriptor = openNameless(folder, mode);
-    const bool isNameless = descriptor >= 0;
-    if (!isNameless)
-        descriptor = openUnder(temporary, mode);
-    if (descriptor < 0)
-        return errno;
-    int error = fill(descriptor, pieces, kind);
-    if (error == 0 && isNameless)
-        error = giveName(descriptor, temporary);
-    const bool hasName = !isNameless || error == 0;
-    if (::close(descriptor) != 0 && error == 0)
-        error = errno;
+    auto temporary = beside;
+    int error = writeNameless(temporary, folder, mode, pieces, kind);
+    const bool wasNameless = error == 0;
+    if (error != 0 && !isFinal(error)) { // the file system has no such files, or there is no /proc to name them by
+        temporary = beside;
+        error = writeNamed(temporary, mode, pieces, kind);
+    }
+    if (error != 0)
+        return error;
     // Where another process has just done the same, that name is gone again, and its file or ours stands there.
-    if (error == 0 && ::rename(temporary.c_str(), path.c_str()) != 0 && !(isNameless && errno == ENOENT))
+    if (::rename(temporary.c_str(), path.c_str()) != 0 && !(wasNameless && errno == ENOENT)) {
         error = errno;
-    if (error != 0 && hasName)
         ::unlink(temporary.c_str());
+    }
     return error;
 }
 

@@ -1,6 +1,5 @@
 #include "platform/qt/DocumentsQt.h"
 
-#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
@@ -25,7 +24,7 @@ bool DocumentsQt::write(const std::string &path, std::string_view contents)
 
 void DocumentsQt::open(const std::string &path)
 {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(path.c_str())));
+    urls.open(QUrl::fromLocalFile(QFile::decodeName(path.c_str())).toEncoded().toStdString());
 }
 
 } // namespace orvalen

@@ -8,7 +8,6 @@
 #include <stdexcept>
 
 #include "mirroring/SecondScreens.h"
-#include "mirroring/SettingsURLs.h"
 #include "tests/support/MirroringFakes.h"
 #include "tests/support/VirtualWorld.h"
 

@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -212,6 +215,42 @@ TEST(UsbReport, manyDevicesAreAllRead)
     constexpr int count = 20'000;
     const auto report = R"({"SPUSBDataType":[{}],"SPUSBDataType":[{})" + repeated(",{}", count - 1) + "]}";
     EXPECT_EQ(usbNodesInReport(report, key).size(), static_cast<std::size_t>(count));
+}
+
+constexpr std::size_t manyBytes = 8'000'000;
+
+TEST(UsbReport, eightMegabytesOfNamedHubsAreReadToTheEnd)
+{
+    std::string report = R"({"SPUSBDataType":[)";
+    const auto properties = repeated(R"("location_id":"0x14100000 / 1",)", 10);
+    std::ptrdiff_t hubs = 0;
+    for (; report.size() < manyBytes; ++hubs) {
+        report += hubs == 0 ? "" : ",";
+        report += "{" + properties + R"("_name":"USB2.0 Hub",)" + properties +
+                  R"("_items":[)"
+                  R"({"_name":"USB2.0 Hub","_items":[{"_name":"iPad","manufacturer":"Apple Inc."},{"_name":"Mouse"}]},)"
+                  R"({"_name":"Keyboard"}]})";
+    }
+    const auto names = secondScreensIn(report + "]}");
+    EXPECT_EQ(std::ssize(names), hubs);
+    EXPECT_EQ(std::count(names.begin(), names.end(), "iPad"), hubs);
+    EXPECT_THAT(secondScreensIn(report), ::testing::IsEmpty());
+}
+
+TEST(UsbReport, whatARecordSaysOfThoseAboveItIsNoTree)
+{
+    std::string report = R"({"SPUSBDataType":)";
+    std::string above = "{}";
+    std::string tree;
+    int depth = 0;
+    for (; report.size() < manyBytes; ++depth) { // each one as long as all above it
+        const auto name = "hub " + std::to_string(depth);
+        above = "{\"_name\":\"" + name + R"(","location_id":"0x14100000","parent":)" + above + "}";
+        report.append("[").append(above, 0, above.size() - 1).append(",\"_items\":");
+        tree += "(" + name;
+    }
+    report += "[]" + repeated("}]", depth) + "}";
+    EXPECT_EQ(treeIn(report), tree + std::string(static_cast<std::size_t>(depth), ')'));
 }
 
 TEST(UsbReport, aHugeNameIsAName)

@@ -49,6 +49,25 @@ TEST_F(UsbTreeSystemProfilerTest, whereThatReportIsEmptyAsksForTheOneOfNewerSyst
     }
 }
 
+TEST_F(UsbTreeSystemProfilerTest, aBusWithoutANameIsSomething)
+{
+    processes.outputs[older] = R"({"SPUSBDataType": [{}]})";
+    EXPECT_THAT(namesOfBuses(), ElementsAre("(none)"));
+    EXPECT_THAT(diary.take(), ElementsAre("output of " + older));
+}
+
+TEST_F(UsbTreeSystemProfilerTest, aReportThatIsCutOffIsNone)
+{
+    const std::string report = R"({"SPUSBDataType": [{"_name": "USB31Bus"}]})";
+    processes.outputs[older] = report;
+    processes.outputs[newer] = R"({"SPUSBHostDataType": [{}]})";
+    const auto read = [&](std::size_t bytes) {
+        return UsbTreeSystemProfiler(processes, {.bytes = bytes, .time = UsbTreeSystemProfiler::patience}).read();
+    };
+    EXPECT_EQ(read(report.size()).at(0).name, "USB31Bus");
+    EXPECT_EQ(read(report.size() - 1).at(0).name, std::nullopt) << "the other one";
+}
+
 TEST_F(UsbTreeSystemProfilerTest, withNothingInEitherThereIsNothing)
 {
     EXPECT_THAT(namesOfBuses(), IsEmpty());

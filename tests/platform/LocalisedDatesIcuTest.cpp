@@ -48,6 +48,22 @@ TEST_F(LocalisedDatesIcuTest, areWrittenInTheLongStyleAndTimesInTheMediumOne)
     EXPECT_EQ(dates.now(), "2026年11月15日 21:28:25");
 }
 
+TEST_F(LocalisedDatesIcuTest, aLanguageOfTwoScriptsIsWrittenInTheWantedOne)
+{
+    set("LANG", "sr_RS.UTF-8");
+    EXPECT_THAT(dates.now(), HasSubstr("новембар"));
+    for (const auto *language : {"sr_RS@latin", "sr_RS.UTF-8@latin", "sr@latin"}) {
+        set("LANG", language);
+        EXPECT_THAT(dates.now(), HasSubstr("novembar")) << language;
+    }
+    set("LANG", "uz_UZ.UTF-8");
+    EXPECT_THAT(dates.now(), HasSubstr("noyabr"));
+    set("LANG", "uz_UZ.UTF-8@cyrillic");
+    EXPECT_THAT(dates.now(), HasSubstr("ноябр"));
+    set("LANG", "de_DE.UTF-8@latin");
+    EXPECT_EQ(dates.now(), "15. November 2026 um 21:28:25");
+}
+
 TEST_F(LocalisedDatesIcuTest, theCategoryForTimesDecidesOverTheLanguageAndOneForAllOverBoth)
 {
     set("LANG", "en_US.UTF-8");

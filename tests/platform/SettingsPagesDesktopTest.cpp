@@ -12,7 +12,6 @@
 #include <thread>
 #include <vector>
 
-#include "mirroring/SettingsURLs.h"
 #include "platform/posix/ChildProcessesPosix.h"
 #include "tests/support/StreamFakes.h"
 

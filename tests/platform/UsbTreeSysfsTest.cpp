@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -205,9 +204,8 @@ TEST(UsbTreeSysfs, theSystemsOwnTreeHasAllItsBuses)
 TEST(UsbTreeSysfs, devicesMayComeAndGoWhileItReads)
 {
     const SysfsTree tree("[usb1]\nproduct = bus");
-    std::atomic<bool> stop = false;
-    std::thread hands([&] {
-        for (int round = 0; !stop; ++round) {
+    const std::jthread hands([&](const std::stop_token &stop) {
+        for (int round = 0; !stop.stop_requested(); ++round) {
             const auto hub = tree.path("1-" + std::to_string(round % 3 + 1));
             const auto device = tree.path("1-" + std::to_string(round % 3 + 1) + ".1");
             for (const auto &folder : {hub, device}) {
@@ -225,8 +223,6 @@ TEST(UsbTreeSysfs, devicesMayComeAndGoWhileItReads)
         for (const auto &device : buses.front().items)
             ASSERT_TRUE(device.name.value_or("iPad") == "iPad" || device.name->empty());
     }
-    stop = true;
-    hands.join();
 }
 
 } // namespace

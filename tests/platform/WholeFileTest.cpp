@@ -13,8 +13,24 @@
 
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+namespace {
+
+int linkError = 0; ///< Instead of giving a file a name; 0: as the system has it.
+
+} // namespace
+
+/// In the place of the C library's.
+extern "C" int linkat(int fromFolder, const char *from, int toFolder, const char *to, int flags) noexcept
+{
+    if (linkError == 0)
+        return static_cast<int>(::syscall(SYS_linkat, fromFolder, from, toFolder, to, flags));
+    errno = linkError;
+    return -1;
+}
 
 namespace orvalen {
 namespace {
@@ -35,7 +51,11 @@ protected:
         folder = name;
         file = folder / "file";
     }
-    ~WholeFile() override { fs::remove_all(folder); }
+    ~WholeFile() override
+    {
+        linkError = 0;
+        fs::remove_all(folder);
+    }
 
     static int replace(const fs::path &path, std::string_view contents, const whole_file::Kind &kind = document)
     {
@@ -129,6 +149,28 @@ TEST_F(WholeFile, aDiskWithoutRoomLeavesTheOldFileAndNothingElse)
     EXPECT_EQ(WEXITSTATUS(status), EFBIG);
     EXPECT_EQ(contentsOf(file), "earlier");
     EXPECT_EQ(entries(), 1);
+}
+
+TEST_F(WholeFile, whereAFileCannotGetANameLaterItHasOneFromTheStart)
+{
+    std::ofstream(file) << "earlier";
+    for (const int error : {ENOENT, EPERM, EACCES, EXDEV, EOPNOTSUPP}) {
+        linkError = error;
+        EXPECT_EQ(replace(file, "later " + std::to_string(error)), 0);
+        EXPECT_EQ(contentsOf(file), "later " + std::to_string(error));
+        EXPECT_EQ(entries(), 1);
+    }
+}
+
+TEST_F(WholeFile, withoutRoomForANameThereIsNone)
+{
+    std::ofstream(file) << "earlier";
+    for (const int error : {ENOSPC, EDQUOT}) {
+        linkError = error;
+        EXPECT_EQ(replace(file, "later"), error);
+        EXPECT_EQ(contentsOf(file), "earlier");
+        EXPECT_EQ(entries(), 1);
+    }
 }
 
 TEST_F(WholeFile, aFolderThatIsNotThereOrTakesNothingIsAnError)

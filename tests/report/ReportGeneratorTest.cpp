@@ -20,7 +20,7 @@ protected:
         return ReportGenerator::generateAndOpenReport(ReportGenerator::Services{engine, dates, documents});
     }
 
-    const std::string path = "/home/anna/Desktop/Quenmark_Display_Diagnostic_Report.html";
+    const std::string path = "/srv/anna/Desktop/Quenmark_Display_Diagnostic_Report.html";
     test::ReportDiary diary;
     test::FakeMachine machine;
     test::FakeReadings engine{machine, diary};

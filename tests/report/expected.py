@@ -94,7 +94,7 @@ def rgb(color):
     return 'rgb(%d, %d, %d)' % tuple(bytes.fromhex(color[1:]))
 
 
-PRIMARY, ACCENT, BORDER = rgb('#4F46E5'), rgb('#06B6D4'), rgb('#E2E8F0')
+PRIMARY, PRIMARY_DARK, ACCENT, BORDER = rgb('#4F46E5'), rgb('#3730A3'), rgb('#06B6D4'), rgb('#E2E8F0')
 
 # What a browser makes of the style sheet on a desktop's screen, by selector.
 STYLES = {
@@ -104,7 +104,7 @@ STYLES = {
     '.header': {'background-image': 'linear-gradient(135deg, %s 0%%, %s 100%%)' % (rgb('#0F172A'), rgb('#1E293B')),
                 'color': 'rgb(255, 255, 255)', 'padding': '28px 32px', 'justify-content': 'space-between'},
     '.brand': {'font-size': '22px', 'font-weight': '800'},
-    '.brand-tag': {'font-size': '11px', 'border-radius': '6px'},
+    '.brand-tag': {'font-size': '11px', 'border-radius': '6px', 'background-color': 'rgba(255, 255, 255, 0.15)'},
     '.report-title': {'font-size': '13px', 'color': ACCENT},
     '.meta': {'text-align': 'right', 'font-size': '12px', 'color': rgb('#94A3B8')},
     '.content': {'padding': '30px 32px'},
@@ -119,7 +119,7 @@ STYLES = {
            'color': rgb('#475569')},
     '.box:not(.box-warning)': {'background-color': rgb('#F8FAFC'), 'border-left': '4px solid ' + PRIMARY,
                                'border-radius': '8px'},
-    '.box-warning': {'background-color': rgb('#FFFDF5'), 'border-left': '4px solid ' + rgb('#F59E0B')},
+    '.box-warning': {'background-color': rgb('#FFFDF5'), 'border-left': '4px solid ' + rgb('#F59E0B'), 'border-radius': '8px'},
     '.footer': {'background-color': rgb('#F8FAFC'), 'border-top-style': 'solid', 'color': rgb('#64748B'),
                 'font-size': '12px', 'justify-content': 'space-between'},
     '.footer a:first-of-type': {'color': PRIMARY},

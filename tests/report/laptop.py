@@ -86,6 +86,21 @@ class Laptop:
         """What it has written to standard error."""
         return (self.folder / 'errors').read_text()
 
+    def other_output(self):
+        """What stands on its standard output beside its answers, so far."""
+        text = b''
+        while select.select([self.process.stdout], [], [], 0)[0] and (more := os.read(self.process.stdout.fileno(), 4096)):
+            text += more
+        return text.decode()
+
+    def leave(self):
+        """Lets it end; returns when nobody can write to its standard output any more."""
+        self.process.stdin.close()
+        ready, _, _ = select.select([self.process.stdout], [], [], PATIENCE)
+        assert ready, 'somebody keeps it open'
+        assert self.process.stdout.read() == b''
+        self.process.wait(PATIENCE)
+
     def on_desktop(self):
         """The names of all files there, hidden ones included."""
         return sorted(os.listdir(self.desktop_folder))
@@ -98,6 +113,8 @@ class Laptop:
 
 
 BROWSER = '''#!/bin/sh
+echo chatter
+echo chatter >&2
 printf '%%s\\n' "$*" >>'%s'
 %s
 '''
@@ -110,7 +127,7 @@ MimeType=text/html;
 
 
 def choose_browser(laptop, then='exit 0'):
-    """From now on that laptop's owner opens HTML with a program that notes what it is to show, and `then` does that."""
+    """From now on that laptop's owner opens HTML with a talkative program that notes what it is to show; then `then`."""
     program = laptop.folder / 'browser'
     program.write_text(BROWSER % (laptop.folder / 'opened', then))
     program.chmod(0o755)

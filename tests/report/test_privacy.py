@@ -55,4 +55,4 @@ def test_nothing_tells_whose_laptop_it_is(tmp_path, interface):
         page = report.read_bytes().decode('utf-8').lower()
         assert 'display bridge reference' in page
         assert [word for word in PLANTED if word.lower() in page] == []
-        assert [name for name in os.environ if len(os.environ[name]) > 8 and os.environ[name].lower() in page] == []
+        assert [name for name, value in laptop.environment.items() if len(value) > 8 and value.lower() in page] == []

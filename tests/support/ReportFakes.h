@@ -45,7 +45,7 @@ struct FakeDocuments : Documents
     void open(const std::string &path) override { diary.push_back("open " + path); }
 
     ReportDiary &diary;
-    std::string folder = "/home/anna/Desktop";
+    std::string folder = "/srv/anna/Desktop";
     bool canWrite = true;
     std::map<std::string, std::string> files; ///< Contents by path.
 };
