@@ -21,9 +21,11 @@ public:
     {
         window.installEventFilter(this);
         timer.setSingleShot(true);
-        timer.callOnTimeout(this, [this] {
-            this->task();
+        timer.callOnTimeout(this, [this, &window] {
+            window.removeEventFilter(this); // a paint may come while the task runs
             deleteLater();
+            const auto once = std::move(this->task); // which may do away with the window, and us
+            once();
         });
         timer.start(1s);
     }

@@ -18,7 +18,8 @@ namespace orvalen {
 /// window.
 void endLaunch(const std::string &token);
 
-/// What the system can get ready on its own while the program starts. Early in the entry point.
+/// Early in the entry point: a process that outlives its readers, and what the system can get ready on its own while
+/// the program starts.
 void prepareNativePlatform();
 
 /// The machine that the program runs on: one adapter per service, chosen in this one place. Wants the application

@@ -1,6 +1,7 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
@@ -100,6 +101,7 @@ void endLaunch(const std::string &token)
 
 void prepareNativePlatform()
 {
+    std::signal(SIGPIPE, SIG_IGN); // whoever reads what we print may go; we stay
     warmUpFonts();
 }
 

@@ -32,7 +32,7 @@ int &introduced(int &argc)
 } // namespace
 
 Program::Program(int &argc, char **argv, const TerminationSignals &signals)
-    : application(introduced(argc), argv), termination(signals.descriptor(), QSocketNotifier::Read)
+    : signals(signals), application(introduced(argc), argv), termination(signals.descriptor(), QSocketNotifier::Read)
 {
     // Not by way of the windows, which would be asked first.
     QObject::connect(&termination, &QSocketNotifier::activated, &application, [] { QCoreApplication::exit(0); });
@@ -59,6 +59,7 @@ void Program::answer(ProgramInstance &instance, std::vector<QWidget *> windows, 
 
 void Program::run()
 {
+    signals.attend();
     const int status = QApplication::exec();
     // A pulse may be under way, with threads that use the platform and the rules. Settings are on disk already, so the
     // process ends here as it stands, and every heater with it, instead of taking the house down around them.

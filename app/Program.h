@@ -22,10 +22,12 @@ public:
     /// brought forward by the delegate, or it performs an action. Everything must outlive the program.
     static void answer(ProgramInstance &instance, std::vector<QWidget *> windows, AppDelegate &delegate);
 
-    /// Runs the event loop and ends the process with its result; polite termination signals end it with 0.
+    /// Runs the event loop and ends the process with its result; polite termination signals end it with 0, here as
+    /// before.
     [[noreturn]] void run();
 
 private:
+    const TerminationSignals &signals;
     QApplication application;
     QSocketNotifier termination;
 };

@@ -1,12 +1,10 @@
 #include "core/AppDelegate.h"
 
-#include <iomanip>
-#include <locale>
 #include <optional>
-#include <sstream>
 #include <string>
 
 #include "core/AppState.h"
+#include "core/Decimals.h"
 #include "platform/Application.h"
 #include "platform/Dispatch.h"
 #include "platform/StatusBar.h"
@@ -24,13 +22,9 @@ constexpr std::string_view symbol(bool isWarmingUp)
     return isWarmingUp ? "flame.fill" : "shield.lefthalf.filled";
 }
 
-/// Whole degrees, whatever the user's locale.
 std::string title(double celsius)
 {
-    std::ostringstream text;
-    text.imbue(std::locale::classic());
-    text << ' ' << std::fixed << std::setprecision(0) << celsius << "°";
-    return text.str();
+    return ' ' + noDecimals(celsius) + "°";
 }
 
 } // namespace

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "core/Decimals.h"
 #include "core/Lifecycle.h"
-#include "core/OneDecimal.h"
 #include "core/ThermalEngine.h"
 #include "platform/Platform.h"
 

@@ -46,7 +46,7 @@ try {
 void heatGraphics(GraphicsCopies &copies, const EngineAtomicFlag &flag)
 try {
     const auto queue = flag.value() ? copies.openDefaultQueue() : nullptr;
-    if (queue)
+    if (queue && flag.value()) // opening may take its time
         copyGraphicsMemory(*queue, flag);
 } catch (...) { // a driver's trouble; the processor heats alone
 }
@@ -102,8 +102,15 @@ void ControlledPulse::heat()
 void ControlledPulse::startWorkers()
 {
     // A graphics driver may take a tenth of a second to load: the processor heats meanwhile.
-    means.dispatch.concurrently(QualityOfService::userInteractive,
-                                [&copies = means.graphicsCopies, flag = flag] { heatGraphics(copies, *flag); });
+    try {
+        means.dispatch.concurrently(QualityOfService::userInteractive,
+                                    [&copies = means.graphicsCopies, flag = flag, alone = means.graphicsAlone] {
+                                        const std::unique_lock turn(*alone, std::try_to_lock);
+                                        if (turn)
+                                            heatGraphics(copies, *flag);
+                                    });
+    } catch (...) { // NOLINT(bugprone-empty-catch): no thread for it; the processor heats alone
+    }
     spinners = means.dispatch.makeConcurrentQueue("orvalen.pulse");
     for (int i = spinnerCount(means.processors.activeCount()); i > 0; --i)
         spinners->run([flag = flag] { spin(*flag); });

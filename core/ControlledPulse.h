@@ -30,7 +30,8 @@ void spin(const EngineAtomicFlag &flag);
 /// Keeps the graphics processor busy with large copies until the flag falls.
 void copyGraphicsMemory(GraphicsQueue &queue, const EngineAtomicFlag &flag);
 
-/// The same with a device that is opened first; nothing without one, or where the flag has fallen already.
+/// The same with a device that is opened first; nothing without one, or where the flag has fallen by
+/// then.
 void heatGraphics(GraphicsCopies &copies, const EngineAtomicFlag &flag);
 
 /// One heating pulse, from its first reading to its completion. What it was started with must outlive it, and its
@@ -54,6 +55,9 @@ public:
         Processors &processors;
         Dispatch &dispatch;
         Clock &clock;
+        /// Held by a pulse's graphics worker while it lives. A driver may hang for good: pulses that find it held heat
+        /// by the processor alone, so that no more than one thread is ever lost to it.
+        std::shared_ptr<std::mutex> graphicsAlone;
     };
 
     /// Returns at once.

@@ -63,9 +63,9 @@ PowerStatus ThermalEngine::getPowerStatus()
 void ThermalEngine::executeControlledPulse(double targetTemp, ProgressCallback progressCallback,
                                            CompletionCallback completion)
 {
-    ControlledPulse::start(
-        {[this] { return readSensors(); }, machine.graphicsCopies, machine.processors, machine.dispatch, machine.clock},
-        targetTemp, std::move(progressCallback), std::move(completion));
+    ControlledPulse::start({[this] { return readSensors(); }, machine.graphicsCopies, machine.processors,
+                            machine.dispatch, machine.clock, graphicsAlone},
+                           targetTemp, std::move(progressCallback), std::move(completion));
 }
 
 } // namespace orvalen

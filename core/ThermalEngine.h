@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <memory>
+#include <mutex>
 #include <vector>
 
 #include "core/SystemThermalData.h"
@@ -25,7 +27,8 @@ struct PowerStatus
 /// On the charger if any source says "AC Power"; the level of the last source that has one, 100 % if none has.
 [[nodiscard]] PowerStatus powerStatus(const std::vector<PowerSource> &sources);
 
-/// All contact with the machine's sensors, and the one actuator: the heating pulse. Holds no state between calls.
+/// All contact with the machine's sensors, and the one actuator: the heating pulse. From pulse to pulse it keeps
+/// nothing but whether a graphics driver is still at work.
 class ThermalEngine
 {
 public:
@@ -72,6 +75,7 @@ public:
 
 private:
     Machine machine;
+    const std::shared_ptr<std::mutex> graphicsAlone = std::make_shared<std::mutex>(); ///< See ControlledPulse::Means.
 };
 
 } // namespace orvalen

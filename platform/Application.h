@@ -36,7 +36,8 @@ public:
     /// Brings the program before others; `ignoringOtherApps`: even if the user is at work in another one.
     virtual void activate(bool ignoringOtherApps) = 0;
 
-    /// In the desktop's order; those that were closed are not among them.
+    /// The oldest first, so that after a call to each the newest is in front. Those that were closed are not among
+    /// them.
     [[nodiscard]] virtual std::vector<std::unique_ptr<ApplicationWindow>> windows() = 0;
 };
 

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "core/Decimals.h"
 #include "core/MakerSite.h"
-#include "core/OneDecimal.h"
 #include "report/ReportTemplate.h"
 
 namespace orvalen {

@@ -13,12 +13,32 @@ namespace {
 // A signal handler reaches nothing but what is static.
 int pipeEnds[2] = {-1, -1};
 
-void tell(int)
+void handle(int signal, void (*handler)(int))
+{
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    ::sigaction(signal, &action, nullptr);
+}
+
+void leave(int)
+{
+    ::_exit(0);
+}
+
+void tell(int signal)
 {
     const int before = errno;
+    handle(signal, leave); // whoever asks again does not want to wait
     const char byte = 1;
     [[maybe_unused]] const auto written = ::write(pipeEnds[1], &byte, 1); // full: it has been told already
     errno = before;
+}
+
+void handleAll(void (*handler)(int))
+{
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+        handle(signal, handler);
 }
 
 } // namespace
@@ -31,11 +51,13 @@ TerminationSignals::TerminationSignals()
         ::fcntl(end, F_SETFD, FD_CLOEXEC);
         ::fcntl(end, F_SETFL, O_NONBLOCK);
     }
-    struct sigaction action = {};
-    action.sa_handler = tell;
-    action.sa_flags = SA_RESTART;
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
-        ::sigaction(signal, &action, nullptr);
+    handleAll(leave);
+}
+
+void TerminationSignals::attend() const
+{
+    if (descriptor() >= 0)
+        handleAll(tell);
 }
 
 int TerminationSignals::descriptor() const

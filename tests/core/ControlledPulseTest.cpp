@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -334,6 +335,30 @@ TEST_F(ControlledPulseTest, withoutAThreadForAWorkerItEndsWhatItStarted)
         EXPECT_EQ(machine.world.heaters.size(), static_cast<std::size_t>(workers));
         expectHeatersOff();
     }
+}
+
+TEST_F(ControlledPulseTest, withoutAThreadForTheGraphicsWorkerOnlySpinnersHeat)
+{
+    struct NoneForGraphics : test::VirtualWorld
+    {
+        void concurrently(QualityOfService quality, Task task) override
+        {
+            if (quality == QualityOfService::userInteractive)
+                throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+            VirtualWorld::concurrently(quality, std::move(task));
+        }
+    } world;
+    ThermalEngine withoutGraphics(
+        {machine.sensors, machine.idle, machine.power, machine.graphics, machine.processors, world, world});
+    readOneByOne({reading(30.0), reading(35.0), reading(40.0)});
+    std::vector<double> completed;
+    withoutGraphics.executeControlledPulse(
+        40.0, [this](double, double fraction) { progress.emplace_back(0.0, fraction); },
+        [&](double t) { completed.push_back(t); });
+    world.runUntilIdle();
+    EXPECT_THAT(world.heaters, SizeIs(4));
+    EXPECT_THAT(progress, SizeIs(2));
+    EXPECT_THAT(completed, ElementsAre(40.0));
 }
 
 TEST_F(ControlledPulseTest, aCompletionThatCouldNotBePostedIsPostedByTheDeadMan)

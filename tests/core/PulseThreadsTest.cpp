@@ -48,7 +48,13 @@ public:
         struct Queue : ConcurrentQueue
         {
             explicit Queue(RealThreads &owner) : owner(owner) {}
-            void run(Task task) override { owner.run(std::move(task)); }
+            void run(Task task) override
+            {
+                owner.run([&owner = owner, task = std::move(task)] {
+                    owner.beginSpinning();
+                    task();
+                });
+            }
             RealThreads &owner;
         };
         return std::make_unique<Queue>(*this);
@@ -86,6 +92,13 @@ public:
         threads.emplace_back(std::move(task));
     }
 
+    /// Whether a spinner has begun, which is waited for.
+    bool isSpinning()
+    {
+        std::unique_lock guard(lock);
+        return spinning.wait_for(guard, 60s, [this] { return spinners > 0; });
+    }
+
     /// Every thread must end by itself.
     void join()
     {
@@ -110,9 +123,18 @@ public:
     std::vector<DeadMan> deadMen;
 
 private:
+    void beginSpinning()
+    {
+        const std::lock_guard guard(lock);
+        ++spinners;
+        spinning.notify_all();
+    }
+
     std::atomic<std::int64_t> time = 0;
     std::mutex lock;
     std::condition_variable changed;
+    std::condition_variable spinning;
+    int spinners = 0; ///< That have begun so far.
     std::deque<Task> main;
     std::vector<std::thread> threads;
 };
@@ -167,19 +189,22 @@ TEST_F(PulseThreads, nothingWaitsForAGraphicsDriverThatLoads)
     std::atomic<bool> isLoaded = false;
     struct WarmingEngine : ThermalEngine
     {
-        WarmingEngine(const Machine &machine, std::atomic<bool> &isLoading)
-            : ThermalEngine(machine), isLoading(isLoading)
+        WarmingEngine(const Machine &machine, RealThreads &threads, std::atomic<bool> &isLoading)
+            : ThermalEngine(machine), threads(threads), isLoading(isLoading)
         {
         }
         SystemThermalData readSensors() override
         {
-            if (reads > 0) // the first is before the workers
+            if (reads > 0) { // the first is before the workers
                 isLoading.wait(false);
+                EXPECT_TRUE(threads.isSpinning()) << "the driver is still loading";
+            }
             return {30.0 + reads++, 0.0, 0.0, 0.0, 0.0, 0.0};
         }
         std::atomic<int> reads = 0;
+        RealThreads &threads;
         std::atomic<bool> &isLoading;
-    } engine(engineMachine(), isLoading);
+    } engine(engineMachine(), threads, isLoading);
     machine.graphics.beforeOpen = [&] {
         isLoading = true;
         isLoading.notify_all();
@@ -192,7 +217,50 @@ TEST_F(PulseThreads, nothingWaitsForAGraphicsDriverThatLoads)
     threads.join();
     threads.drainMain();
     EXPECT_EQ(progressCalls, 10);
-    EXPECT_EQ(machine.graphics.copies, 0) << "the flag had fallen when the device was there";
+    EXPECT_TRUE(machine.graphics.bufferSizes.empty()) << "the flag had fallen when the device was there";
+    EXPECT_EQ(machine.graphics.copies, 0);
+}
+
+TEST_F(PulseThreads, aGraphicsDriverThatHangsHoldsOneThreadHoweverManyPulsesCome)
+{
+    std::atomic<int> opens = 0;
+    std::atomic<bool> isReleased = false;
+    machine.graphics.beforeOpen = [&] {
+        ++opens;
+        opens.notify_all();
+        isReleased.wait(false);
+    };
+    struct WarmingEngine : ThermalEngine
+    {
+        using ThermalEngine::ThermalEngine;
+        SystemThermalData readSensors() override
+        {
+            if (reads % 2 == 1) // the second of each pulse
+                opens.wait(0);
+            return {reads++ % 2 == 0 ? 30.0 : 40.0, 0.0, 0.0, 0.0, 0.0, 0.0};
+        }
+        std::atomic<int> reads = 0;
+        std::atomic<int> &opens;
+        WarmingEngine(const Machine &machine, std::atomic<int> &opens) : ThermalEngine(machine), opens(opens) {}
+    } engine(engineMachine(), opens);
+    for (int pulse = 1; pulse <= 5; ++pulse) {
+        progressCalls = 0, completions = 0;
+        startPulse(engine);
+        threads.runMainUntil([this] { return completions == 1; });
+    }
+    isReleased = true;
+    isReleased.notify_all();
+    threads.join();
+    EXPECT_EQ(opens, 1);
+
+    machine.graphics.beforeOpen = [&] { ++opens; };
+    completions = 0;
+    opens = 0;
+    engine.reads = 0;
+    startPulse(engine);
+    threads.runMainUntil([this] { return completions == 1; });
+    threads.join();
+    EXPECT_EQ(opens, 1) << "a driver that comes back after all is used again";
 }
 
 TEST_F(PulseThreads, everyWorkerEndsByTheDeadManWhileTheReadHangs)

@@ -2,13 +2,14 @@
 import os
 import re
 import signal
+import subprocess
 from pathlib import Path
 
 import pytest
 
 import private_machine
-from privatedesktop import MARK, comm, processes_with, wait_for
-from test_instance import SIMULATED, complaints, owns
+from privatedesktop import MARK, ROOT, comm, processes_with, wait_for
+from test_instance import SIMULATED, call, complaints, owns
 from test_stream import PORT_FILE, TAB, answers, start, stream
 from test_warmup import PULSE_LIMIT, TRIGGER
 
@@ -86,6 +87,36 @@ def test_each_signal_ends_it_before_it_has_started(desktop, before):
         leaves(program, before, desktop)
 
 
+def display_server(desktop):
+    return next(process for process in desktop.processes if process.args[0] == 'Xvfb')
+
+
+def test_each_signal_ends_it_while_it_waits_for_a_display_that_does_not_answer(desktop, before):
+    display_server(desktop).send_signal(signal.SIGSTOP)
+    try:
+        for number in SIGNALS:
+            program = desktop.start(PROGRAM)
+            wait_for(lambda: owns(desktop, SIMULATED), 20, 'the name, which it takes before it asks the display')
+            program.send_signal(number)
+            leaves(program, before, desktop)
+    finally:
+        display_server(desktop).send_signal(signal.SIGCONT)
+
+
+def test_it_stays_when_the_reader_of_what_it_prints_has_gone(desktop):
+    desktop.choose(PROGRAM, smartModeEnabled='false')
+    reading, writing = os.pipe()
+    os.close(reading)
+    program = desktop.start_service(PROGRAM, [ROOT / 'build/release/bin' / PROGRAM], stdout=writing,
+                                    stderr=subprocess.DEVNULL)
+    os.close(writing)
+    # It answers once it has said its line.
+    wait_for(lambda: call(desktop, SIMULATED, 'Activate', '{}').strip() == '()', 20, 'an answer')
+    assert program.poll() is None
+    program.terminate()
+    assert program.wait(PULSE_LIMIT / 2) == 0
+
+
 @private_machine.needed
 @pytest.mark.parametrize('state', ['idle', 'mid-pulse'])
 def test_a_signal_while_a_stream_runs_leaves_the_stream_alone(desktop, before, state):
@@ -153,7 +184,6 @@ def test_the_end_of_the_display_ends_the_program(desktop, state):
     program = start(desktop)
     if state == 'mid-pulse':
         heat(desktop)
-    display, = [process for process in desktop.processes if process.args[0] == 'Xvfb']
-    display.kill()
+    display_server(desktop).kill()
     assert program.wait(PULSE_LIMIT / 2) == 1  # the toolkit's way to say that it has lost its display
     assert complaints(desktop) == ''

@@ -1,6 +1,6 @@
 #include "ui/kit/Formats.h"
 
-#include "core/OneDecimal.h"
+#include "core/Decimals.h"
 
 namespace orvalen::kit {
 

@@ -1,4 +1,4 @@
-#include "core/OneDecimal.h"
+#include "core/Decimals.h"
 
 #include <gtest/gtest.h>
 
@@ -14,10 +14,10 @@
 namespace orvalen {
 namespace {
 
-std::string printed(double value)
+std::string printed(double value, int decimals = 1)
 {
     std::array<char, 400> text{};
-    std::snprintf(text.data(), text.size(), "%.1f", value);
+    std::snprintf(text.data(), text.size(), "%.*f", decimals, value);
     return text.data();
 }
 
@@ -35,6 +35,17 @@ TEST(OneDecimal, isRoundedByTheStoredValueNotByTheOneThatWasWritten)
     EXPECT_EQ(oneDecimal(0), "0.0");
     EXPECT_EQ(oneDecimal(-0.04), "-0.0");
     EXPECT_EQ(oneDecimal(std::nan("")), "nan");
+}
+
+TEST(NoDecimals, isWhatPrintfSays)
+{
+    EXPECT_EQ(noDecimals(38.5), "38") << "a tie goes to the even digit";
+    EXPECT_EQ(noDecimals(39.5), "40");
+    EXPECT_EQ(noDecimals(-0.4), "-0");
+    EXPECT_EQ(noDecimals(std::nan("")), "nan");
+    for (double value = -10.0; value < 130.0; value += 0.0625)
+        for (const double each : {value, std::nextafter(value, 200.0), std::nextafter(value, -200.0)})
+            ASSERT_EQ(noDecimals(each), printed(each, 0));
 }
 
 TEST(OneDecimal, isWhatPrintfSays)
