@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <system_error>
+#include <thread>
 #include <xcb/xcb.h>
 
 #include "platform/linux/X11Session.h"
@@ -64,12 +66,18 @@ void broadcast(xcb_connection_t *xcb, const xcb_screen_t &screen, const std::str
 
 void endLaunchFeedback(const std::string &startupId, const std::string &display)
 {
-    if (startupId.empty())
+    if (startupId.empty() || x11::isWaylandSession())
         return;
-    xcb_connection_t *const xcb = xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr);
-    if (xcb_connection_has_error(xcb) == 0)
-        broadcast(xcb, *xcb_setup_roots_iterator(xcb_get_setup(xcb)).data, removal(startupId));
-    xcb_disconnect(xcb);
+    try {
+        std::thread([text = removal(startupId), display] {
+            xcb_connection_t *const xcb = xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr);
+            if (xcb_connection_has_error(xcb) == 0)
+                broadcast(xcb, *xcb_setup_roots_iterator(xcb_get_setup(xcb)).data, text);
+            xcb_disconnect(xcb);
+        }).detach();
+    } catch (const std::system_error &) {
+        // No thread to be had: the desktop ceases to show the start by itself after a while.
+    }
 }
 
 } // namespace orvalen
