@@ -28,17 +28,16 @@ void bringForwardForUser(QWindow &window)
     xcb_connection_t *const xcb = x11 ? x11->connection() : nullptr;
     if (!xcb)
         return;
-    const x11::Reply<xcb_intern_atom_reply_t> name(xcb_intern_atom_reply(
-        xcb, xcb_intern_atom(xcb, 0, static_cast<std::uint16_t>(activeWindow.size()), activeWindow.data()), nullptr));
+    const auto name = x11::atom(xcb, activeWindow);
     const auto id = static_cast<xcb_window_t>(window.winId());
     const x11::Reply<xcb_get_geometry_reply_t> place(xcb_get_geometry_reply(xcb, xcb_get_geometry(xcb, id), nullptr));
-    if (!name || !place)
+    if (name == XCB_ATOM_NONE || !place)
         return;
     xcb_client_message_event_t request = {};
     request.response_type = XCB_CLIENT_MESSAGE;
     request.format = 32;
     request.window = id;
-    request.type = name->atom;
+    request.type = name;
     request.data.data32[0] = onBehalfOfTheUser;
     request.data.data32[1] = XCB_CURRENT_TIME;
     xcb_send_event(xcb, 0, place->root, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,

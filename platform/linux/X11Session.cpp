@@ -55,6 +55,22 @@ std::string_view variable(const char *name)
 
 } // namespace
 
+xcb_intern_atom_cookie_t askForAtom(xcb_connection_t *xcb, std::string_view name)
+{
+    return xcb_intern_atom(xcb, 0, static_cast<std::uint16_t>(name.size()), name.data());
+}
+
+xcb_atom_t atom(xcb_connection_t *xcb, xcb_intern_atom_cookie_t question)
+{
+    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(xcb, question, nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+xcb_atom_t atom(xcb_connection_t *xcb, std::string_view name)
+{
+    return atom(xcb, askForAtom(xcb, name));
+}
+
 bool isWaylandSession(std::string_view waylandDisplay, std::string_view sessionType)
 {
     return !waylandDisplay.empty() || sessionType == "wayland";

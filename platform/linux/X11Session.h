@@ -17,6 +17,15 @@ struct Freed
 template <typename T>
 using Reply = std::unique_ptr<T, Freed<T>>;
 
+/// Asks for the number of a name; several questions may be on their way at once.
+[[nodiscard]] xcb_intern_atom_cookie_t askForAtom(xcb_connection_t *xcb, std::string_view name);
+
+/// The answer, which is waited for; XCB_ATOM_NONE from a dead connection.
+[[nodiscard]] xcb_atom_t atom(xcb_connection_t *xcb, xcb_intern_atom_cookie_t question);
+
+/// Question and answer in one.
+[[nodiscard]] xcb_atom_t atom(xcb_connection_t *xcb, std::string_view name);
+
 /// Whether this session is a Wayland one, by the values of WAYLAND_DISPLAY and XDG_SESSION_TYPE. An X server that lives
 /// in such a session hears and shows its own windows only.
 [[nodiscard]] bool isWaylandSession(std::string_view waylandDisplay, std::string_view sessionType);

@@ -14,13 +14,6 @@ namespace orvalen {
 
 namespace {
 
-std::uint32_t atom(xcb_connection_t *xcb, const std::string &name)
-{
-    const auto cookie = xcb_intern_atom(xcb, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-    const x11::Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(xcb, cookie, nullptr));
-    return reply ? reply->atom : std::uint32_t{XCB_ATOM_NONE};
-}
-
 std::string selectionName()
 {
     char *host = nullptr;
@@ -39,8 +32,8 @@ XEmbedTrayWatch::XEmbedTrayWatch(std::function<void()> changed) : changed(std::m
     xcb = x11 ? x11->connection() : nullptr;
     if (!xcb)
         return;
-    manager = atom(xcb, "MANAGER");
-    selection = atom(xcb, selectionName());
+    manager = x11::atom(xcb, "MANAGER");
+    selection = x11::atom(xcb, selectionName());
     // Qt listens to the root window already, so the announcement comes by.
     qApp->installNativeEventFilter(this);
 }

@@ -8,4 +8,4 @@ orvalen_library(orvalen_platform_linux_tray
     XEmbedTrayWatch.cpp)
 set_target_properties(orvalen_platform_linux_tray PROPERTIES AUTOMOC ON)
 target_link_libraries(orvalen_platform_linux_tray PUBLIC orvalen_platform Qt6::Gui Qt6::DBus
-    PRIVATE PkgConfig::orvalen_xcb)
+    PRIVATE orvalen_platform_linux PkgConfig::orvalen_xcb)
