@@ -99,10 +99,11 @@ public:
     explicit SilentBus(int room)
     {
         const auto file = QFile::encodeName(folder.filePath("bus"));
-        sockaddr_un name = {.sun_family = AF_UNIX, .sun_path = {}};
-        std::copy_n(file.data(), std::min<std::size_t>(file.size(), sizeof name.sun_path - 1), name.sun_path);
+        sockaddr_un socketName = {.sun_family = AF_UNIX, .sun_path = {}};
+        std::copy_n(file.data(), std::min<std::size_t>(file.size(), sizeof socketName.sun_path - 1),
+                    socketName.sun_path);
         address = "unix:path=" + file;
-        if (::bind(listening, reinterpret_cast<const sockaddr *>(&name), sizeof name) != 0 ||
+        if (::bind(listening, reinterpret_cast<const sockaddr *>(&socketName), sizeof socketName) != 0 ||
             ::listen(listening, room) != 0)
             throw std::runtime_error("no room for a bus");
         qputenv("DBUS_SESSION_BUS_ADDRESS", address);
@@ -414,11 +415,11 @@ TEST_F(ProgramInstanceDBusTest, doesNotWaitLongForABusThatTakesNoConnection)
     std::vector<int> queue;
     do {
         queue.push_back(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-        sockaddr_un name = {};
-        socklen_t length = sizeof name;
-        ::getsockname(bus.listening, reinterpret_cast<sockaddr *>(&name), &length);
+        sockaddr_un socketName = {};
+        socklen_t length = sizeof socketName;
+        ::getsockname(bus.listening, reinterpret_cast<sockaddr *>(&socketName), &length);
         errno = 0;
-        ::connect(queue.back(), reinterpret_cast<const sockaddr *>(&name), length);
+        ::connect(queue.back(), reinterpret_cast<const sockaddr *>(&socketName), length);
     } while (errno == 0);
     ASSERT_EQ(errno, EAGAIN);
     ProgramInstanceDBus first(name, 50ms);
