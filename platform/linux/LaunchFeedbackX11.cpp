@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <system_error>
+#include <thread>
 #include <xcb/xcb.h>
 
 #include "platform/linux/X11Session.h"
@@ -13,17 +15,6 @@ namespace {
 
 constexpr std::string_view firstPart = "_NET_STARTUP_INFO_BEGIN";
 constexpr std::string_view furtherPart = "_NET_STARTUP_INFO";
-
-xcb_intern_atom_cookie_t ask(xcb_connection_t *xcb, std::string_view name)
-{
-    return xcb_intern_atom(xcb, 0, static_cast<std::uint16_t>(name.size()), name.data());
-}
-
-xcb_atom_t answer(xcb_connection_t *xcb, xcb_intern_atom_cookie_t question)
-{
-    const x11::Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(xcb, question, nullptr));
-    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
-}
 
 std::string removal(std::string_view startupId)
 {
@@ -39,7 +30,7 @@ std::string removal(std::string_view startupId)
 /// As the protocol cuts it: pieces of one message's size, the last with the text's end.
 void broadcast(xcb_connection_t *xcb, const xcb_screen_t &screen, const std::string &text)
 {
-    const auto first = ask(xcb, firstPart), further = ask(xcb, furtherPart);
+    const auto first = x11::askForAtom(xcb, firstPart), further = x11::askForAtom(xcb, furtherPart);
     const auto speaker = xcb_generate_id(xcb); // only to tell this message from others
     xcb_create_window(xcb, 0, speaker, screen.root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0,
                       nullptr);
@@ -47,8 +38,8 @@ void broadcast(xcb_connection_t *xcb, const xcb_screen_t &screen, const std::str
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 8;
     event.window = speaker;
-    event.type = answer(xcb, first);
-    const auto later = answer(xcb, further);
+    event.type = x11::atom(xcb, first);
+    const auto later = x11::atom(xcb, further);
     for (std::size_t sent = 0; sent <= text.size(); sent += sizeof event.data) {
         std::memset(&event.data, 0, sizeof event.data);
         std::memcpy(&event.data, text.data() + sent, std::min(sizeof event.data, text.size() - sent));
@@ -64,12 +55,18 @@ void broadcast(xcb_connection_t *xcb, const xcb_screen_t &screen, const std::str
 
 void endLaunchFeedback(const std::string &startupId, const std::string &display)
 {
-    if (startupId.empty())
+    if (startupId.empty() || x11::isWaylandSession())
         return;
-    xcb_connection_t *const xcb = xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr);
-    if (xcb_connection_has_error(xcb) == 0)
-        broadcast(xcb, *xcb_setup_roots_iterator(xcb_get_setup(xcb)).data, removal(startupId));
-    xcb_disconnect(xcb);
+    try {
+        std::thread([text = removal(startupId), display] {
+            xcb_connection_t *const xcb = xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr);
+            if (xcb_connection_has_error(xcb) == 0)
+                broadcast(xcb, *xcb_setup_roots_iterator(xcb_get_setup(xcb)).data, text);
+            xcb_disconnect(xcb);
+        }).detach();
+    } catch (const std::system_error &) {
+        // No thread to be had: the desktop ceases to show the start by itself after a while.
+    }
 }
 
 } // namespace orvalen

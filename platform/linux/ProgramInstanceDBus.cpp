@@ -1,8 +1,10 @@
 #include "platform/linux/ProgramInstanceDBus.h"
 
+#include <QDBusConnection>
 #include <QSocketNotifier>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <initializer_list>
@@ -10,6 +12,7 @@
 #include <optional>
 #include <string_view>
 #include <systemd/sd-bus.h>
+#include <thread>
 #include <utility>
 
 namespace orvalen {
@@ -76,11 +79,33 @@ std::string pathOf(std::string_view busName)
     return path;
 }
 
-/// Other libraries in this process would wait for a silent bus without end, and the window with them. From now on there
-/// is none for them. Before other threads read the environment.
+/// The toolkit would wait for a silent bus without end, and the window with it. From now on there is none for it: the
+/// library below it keeps the first address that it is given. What this process starts inherits the true one. Before
+/// other threads read the environment.
 void forgetBus()
 {
-    ::setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
+    constexpr const char *variable = "DBUS_SESSION_BUS_ADDRESS";
+    const char *const value = std::getenv(variable);
+    const auto address = value ? std::optional<std::string>(value) : std::nullopt;
+    ::setenv(variable, "disabled:", 1);
+    const auto unasked = QStringLiteral("none");
+    QDBusConnection::connectToBus(QDBusConnection::SessionBus, unasked);
+    QDBusConnection::disconnectFromBus(unasked);
+    if (address)
+        ::setenv(variable, address->c_str(), 1);
+    else
+        ::unsetenv(variable);
+}
+
+/// Begins to connect. A bus to which too many are on their way already, as to one that has stopped, is asked again.
+int open(sd_bus *&bus, const Deadline &deadline)
+{
+    for (;;) {
+        const int done = sd_bus_open_user(&bus);
+        if (done != -EAGAIN || deadline.isOver())
+            return done;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
 }
 
 /// The library itself would wait for minutes until it is connected.
@@ -92,7 +117,9 @@ bool connected(sd_bus *bus, const Deadline &deadline)
         const int done = sd_bus_process(bus, nullptr);
         if (done < 0 || deadline.isOver())
             return false;
-        if (done == 0 && sd_bus_wait(bus, deadline.left()) < 0)
+        if (done > 0)
+            continue;
+        if (const int waited = sd_bus_wait(bus, deadline.left()); waited < 0 && waited != -EINTR)
             return false;
     }
 }
@@ -242,28 +269,24 @@ bool ProgramInstanceDBus::begin()
 {
     const Deadline deadline(patience);
     sd_bus *opened = nullptr;
-    if (sd_bus_open_user(&opened) < 0)
-        return true;
+    const int isOpen = open(opened, deadline);
     std::unique_ptr<sd_bus, Close> ours(opened);
-    if (!connected(ours.get(), deadline)) {
-        if (deadline.isOver())
-            forgetBus();
-        return true;
-    }
-
-    for (auto neighbour = Neighbour::gone; neighbour == Neighbour::gone;) {
-        const auto isTaken = hasTaken(ours.get(), busName, deadline);
-        if (!isTaken)
-            return true;
-        if (*isTaken) {
-            bus = std::move(ours);
-            return true;
+    auto neighbour = Neighbour::gone;
+    if (isOpen >= 0 && connected(ours.get(), deadline)) {
+        while (neighbour == Neighbour::gone) {
+            const auto isTaken = hasTaken(ours.get(), busName, deadline);
+            if (!isTaken)
+                break;
+            if (*isTaken) {
+                bus = std::move(ours);
+                return true;
+            }
+            neighbour = activate(ours.get(), busName, path, deadline);
         }
-        neighbour = activate(ours.get(), busName, path, deadline);
-        if (neighbour == Neighbour::asked)
-            return false;
     }
-    return true;
+    if (neighbour == Neighbour::gone && deadline.isOver())
+        forgetBus(); // which has not said a word when it should have
+    return neighbour != Neighbour::asked;
 }
 
 void ProgramInstanceDBus::serve(Requests answers)

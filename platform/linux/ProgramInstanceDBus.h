@@ -16,13 +16,14 @@ namespace orvalen {
 ///
 /// A running program that does not answer in time counts as running all the same: it may just be starting on a slow
 /// machine, two of them would heat at once, and the request waits for it. A dead one loses its name by itself. Somebody
-/// who has the name and does not know the interface is none of ours. A bus that takes a connection and says nothing is
-/// taken out of this process's environment, so that nobody else in it waits for it.
+/// who has the name and does not know the interface is none of ours. With a bus that says nothing for all that time
+/// each start is a program, and the toolkit's connections to it are none, so that nobody in this process waits for it.
 class ProgramInstanceDBus : public ProgramInstance
 {
 public:
-    /// The object's path follows from the name. `patience` bounds `begin` as a whole.
-    explicit ProgramInstanceDBus(std::string busName, std::chrono::milliseconds patience = std::chrono::seconds(1));
+    /// The object's path follows from the name. `patience` bounds `begin` as a whole: enough for a bus on a machine
+    /// that has much to do, as after a login.
+    explicit ProgramInstanceDBus(std::string busName, std::chrono::milliseconds patience = std::chrono::seconds(5));
     ~ProgramInstanceDBus() override;
 
     /// Before there are other threads.

@@ -225,6 +225,12 @@ class Desktop:
         window = wait_for(lambda: self.windows(title), 30, Later(lambda: 'a window "%s" in %s' % (title, tree)))[-1]
         self.output(['xdotool', 'windowactivate', '--sync', window])
 
+    def another_program(self):
+        """The user turns to another program: its window, of the title 'Other', covers ours and has the keyboard."""
+        self.start_service('xev', ['xev', '-name', 'Other', '-geometry', '1200x700+10+10', '-event', 'keyboard'])
+        self.activate('Other')
+        wait_for(lambda: self.active() == 'Other', what='the other window to be active')
+
     def close(self, title):
         """Closes the window of that title as a person does, more than once if the window manager was not listening yet."""
         def gone():

@@ -5,6 +5,7 @@ import shlex
 import signal
 import socket
 import subprocess
+from pathlib import Path
 
 import pytest
 
@@ -25,13 +26,6 @@ def running(desktop):
     program = desktop.start(PROGRAM)
     desktop.controls.wait(TRIGGER)
     return program
-
-
-def another_program(desktop):
-    """Its window comes before ours and has the keyboard."""
-    desktop.start_service('xev', ['xev', '-name', 'Other', '-geometry', '900x700+0+0'])
-    desktop.activate('Other')
-    wait_for(lambda: desktop.active() == 'Other', what='the other window to be active')
 
 
 def is_in_front(desktop):
@@ -74,7 +68,7 @@ def minimise(desktop):
 
 
 def test_a_second_start_brings_the_running_program_to_the_front(desktop, running):
-    another_program(desktop)
+    desktop.another_program()
     for hide in (lambda: None, lambda: desktop.close(WINDOW), lambda: minimise(desktop)):
         hide()
         desktop.activate('Other')
@@ -101,7 +95,7 @@ def test_a_second_start_touches_neither_display_nor_settings(desktop, running):
 def test_of_many_starts_at_once_one_shows_its_window(desktop):
     desktop.choose(PROGRAM, smartModeEnabled='false')
     programs = [desktop.start(PROGRAM) for _ in range(6)]
-    wait_for(lambda: [program.poll() for program in programs].count(0) == 5, 30, 'all but one to end')
+    wait_for(lambda: [program.poll() for program in programs].count(0) == 5, 60, 'all but one to end')
     desktop.controls.wait(TRIGGER, 30)
     assert len(desktop.windows(WINDOW)) == 1
     assert [program.poll() for program in programs].count(None) == 1
@@ -123,7 +117,7 @@ def test_a_crashed_program_is_not_in_the_way(desktop, running):
 
 
 def test_a_program_that_hangs_stays_the_one(desktop, running):
-    another_program(desktop)
+    desktop.another_program()
     running.send_signal(signal.SIGSTOP)
     second = desktop.start(PROGRAM)
     assert second.wait(20) == 0
@@ -131,24 +125,48 @@ def test_a_program_that_hangs_stays_the_one(desktop, running):
     in_front(desktop)  # it was asked, and does so when it can
 
 
-@pytest.mark.parametrize('address', [None, 'unix:path=/nowhere/bus', 'silent'])
-def test_without_a_bus_each_start_is_a_program(desktop, address, tmp_path):
-    desktop.choose(PROGRAM, smartModeEnabled='false')
+@pytest.fixture
+def silent(tmp_path):
+    """A socket, and its path, where somebody takes connections and says nothing."""
     with socket.socket(socket.AF_UNIX) as silent:
-        silent.bind(str(tmp_path / 'bus'))
+        silent.bind(str(tmp_path / 'silent'))
         silent.listen()
-        if address is None:
-            del desktop.environment['DBUS_SESSION_BUS_ADDRESS']
-        else:
-            desktop.environment['DBUS_SESSION_BUS_ADDRESS'] = \
-                address.replace('silent', 'unix:path=%s' % (tmp_path / 'bus'))
-        programs = [desktop.start(PROGRAM) for _ in range(2)]
-        wait_for(lambda: len(desktop.windows(WINDOW)) == 2, 20, 'two windows')
-        assert [program.poll() for program in programs] == [None, None]
+        silent.settimeout(30)
+        yield silent
+
+
+@pytest.mark.parametrize('address', [None, 'unix:path=/nowhere/bus', 'silent'])
+def test_without_a_bus_each_start_is_a_program(desktop, address, silent):
+    desktop.choose(PROGRAM, smartModeEnabled='false')
+    if address is None:
+        del desktop.environment['DBUS_SESSION_BUS_ADDRESS']
+    else:
+        desktop.environment['DBUS_SESSION_BUS_ADDRESS'] = address.replace('silent', 'unix:path=' + silent.getsockname())
+    programs = [desktop.start(PROGRAM) for _ in range(2)]
+    wait_for(lambda: len(desktop.windows(WINDOW)) == 2, 60, 'two windows')
+    assert [program.poll() for program in programs] == [None, None]
+
+
+def test_it_ends_when_asked_while_it_waits_for_a_bus(desktop, silent):
+    desktop.choose(PROGRAM, smartModeEnabled='false')
+    program = desktop.start(PROGRAM, {'DBUS_SESSION_BUS_ADDRESS': 'unix:path=' + silent.getsockname()})
+    connection, _ = silent.accept()
+    with connection:
+        program.terminate()
+        assert program.wait(60) == 0
+
+
+def test_a_desktop_that_shows_no_x_windows_is_answered_while_an_x_server_hangs(desktop, silent):
+    desktop.choose(PROGRAM, smartModeEnabled='false')
+    program = desktop.start(PROGRAM, {'DISPLAY': silent.getsockname(), 'QT_QPA_PLATFORM': 'offscreen'})
+    wait_for(lambda: owns(desktop, SIMULATED), 30, 'the program')
+    for _ in range(2):
+        assert call(desktop, SIMULATED, 'Activate', "{'desktop-startup-id': <'launcher_TIME1'>}").strip() == '()'
+    assert program.poll() is None
 
 
 def test_a_desktop_starts_the_warm_up(desktop, running):
-    another_program(desktop)
+    desktop.another_program()
     act(desktop, SIMULATED, 'warm-up')
     desktop.controls.wait('WARMING UP')
 
@@ -182,15 +200,18 @@ def test_open_shows_the_window(desktop, running):
 @pytest.fixture
 def installed(desktop):
     """The program where a bus and a desktop look for it, and they started nothing yet."""
-    subprocess.run(['cmake', '-DCMAKE_INSTALL_PREFIX=%s' % desktop.folder, '-P',
+    prefix = desktop.folder / "somebody's own programs"
+    subprocess.run(['cmake', '-DCMAKE_INSTALL_PREFIX=%s' % prefix, '-P',
                     ROOT / 'build/release/packaging/cmake_install.cmake'], check=True, capture_output=True, timeout=60)
-    (desktop.folder / 'bin').mkdir()
-    os.symlink(ROOT / 'build/release/bin/orvalen', desktop.folder / 'bin/orvalen')
-    desktop.environment['PATH'] = '%s:%s' % (desktop.folder / 'bin', desktop.environment['PATH'])
+    service = Path('share/dbus-1/services', ID + '.service')
+    os.symlink(prefix / service, desktop.folder / service)
+    (prefix / 'bin').mkdir()
+    os.symlink(ROOT / 'build/release/bin/orvalen', prefix / 'bin/orvalen')
+    desktop.environment['PATH'] = '%s:%s' % (prefix / 'bin', desktop.environment['PATH'])
     desktop.output(['gdbus', 'call', '--session', '--dest', 'org.freedesktop.DBus', '--object-path', '/', '--method',
                     'org.freedesktop.DBus.ReloadConfig'])
     desktop.choose('orvalen', smartModeEnabled='false')
-    return desktop.folder / 'share/applications' / ENTRY.name
+    return prefix / 'share/applications' / ENTRY.name
 
 
 def launch(desktop, entry, action=None):
@@ -206,7 +227,7 @@ def test_the_bus_starts_the_program_when_a_desktop_activates_it(desktop, install
     launch(desktop, installed)
     desktop.controls.wait(TRIGGER, 20)
     program, = desktop.living('orvalen')
-    another_program(desktop)
+    desktop.another_program()
     launch(desktop, installed)
     in_front(desktop)
     assert desktop.living('orvalen') == [program]

@@ -24,10 +24,6 @@ def start(desktop, **settings):
     return program
 
 
-def active(desktop):
-    return desktop.output(['xdotool', 'getactivewindow', 'getwindowname']).strip()
-
-
 def stacking(desktop):
     """The managed windows, the topmost last."""
     text = desktop.output(['xprop', '-root', '_NET_CLIENT_LIST_STACKING'])
@@ -38,17 +34,6 @@ def top(desktop):
     """The title of the topmost window that is not the tray's."""
     titles = [desktop.output(['xdotool', 'getwindowname', str(window)]).strip() for window in stacking(desktop)]
     return [title for title in titles if title not in ('LXQt Panel', 'panel', '')][-1]
-
-
-OTHER = 'Event Tester'
-
-
-def work_in_another_program(desktop):
-    """A window that covers ours and has the keyboard."""
-    desktop.start_service('xev', ['xev', '-geometry', '1200x700+10+10', '-event', 'keyboard'])
-    desktop.activate(OTHER)
-    wait_for(lambda: active(desktop) == OTHER and top(desktop) == OTHER, what='the other window in front')
-    desktop.keys('x')
 
 
 def test_the_icon_comes_with_the_tray_and_returns_with_it(desktop, tray):
@@ -77,14 +62,16 @@ def test_a_click_raises_the_window_that_is_behind_another_or_minimised(desktop, 
     tray.start()
     start(desktop)
     tray.wait_for_icon()
-    work_in_another_program(desktop)
+    desktop.another_program()
+    wait_for(lambda: top(desktop) == 'Other', what='the other window in front')
+    desktop.keys('x')  # and the user is at work there
     tray.click()
-    wait_for(lambda: active(desktop) == TITLE and top(desktop) == TITLE, what='our window in front')
+    wait_for(lambda: desktop.active() == TITLE and top(desktop) == TITLE, what='our window in front')
 
     desktop.output(['xdotool', 'windowminimize', '--sync', desktop.windows(TITLE)[-1]])
-    desktop.activate(OTHER)
+    desktop.activate('Other')
     tray.click()
-    wait_for(lambda: active(desktop) == TITLE and top(desktop) == TITLE, what='our window back from the task bar')
+    wait_for(lambda: desktop.active() == TITLE and top(desktop) == TITLE, what='our window back from the task bar')
 
 
 def test_a_panel_is_told_text_and_pictures(desktop):

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -59,7 +60,17 @@ private:
     std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> xcb;
 };
 
-TEST(LaunchFeedbackX11, theDesktopHearsThatTheLaunchIsOver)
+class LaunchFeedbackX11Test : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ::unsetenv("WAYLAND_DISPLAY");
+        ::unsetenv("XDG_SESSION_TYPE");
+    }
+};
+
+TEST_F(LaunchFeedbackX11Test, theDesktopHearsThatTheLaunchIsOver)
 {
     const test::XServer server;
     Listener desktop(server.display());
@@ -67,7 +78,7 @@ TEST(LaunchFeedbackX11, theDesktopHearsThatTheLaunchIsOver)
     EXPECT_EQ(desktop.text(), "remove: ID=panel/orvalen/77-0-host_TIME123456");
 }
 
-TEST(LaunchFeedbackX11, ofAnyLengthAndWithAnyLetters)
+TEST_F(LaunchFeedbackX11Test, ofAnyLengthAndWithAnyLetters)
 {
     const test::XServer server;
     Listener desktop(server.display());
@@ -81,7 +92,28 @@ TEST(LaunchFeedbackX11, ofAnyLengthAndWithAnyLetters)
     EXPECT_EQ(desktop.text(), R"(remove: ID=a\ \"b\"\ \\c)");
 }
 
-TEST(LaunchFeedbackX11, withoutADisplayThereIsNobodyToTell)
+TEST_F(LaunchFeedbackX11Test, nobodyWaitsForAServerThatHangs)
+{
+    const test::XServer server;
+    Listener desktop(server.display());
+    server.suspend();
+    endLaunchFeedback("id", server.display());
+    server.resume();
+    EXPECT_EQ(desktop.text(), "remove: ID=id");
+}
+
+TEST_F(LaunchFeedbackX11Test, anXServerInAWaylandSessionIsLeftAlone)
+{
+    const test::XServer server;
+    Listener desktop(server.display());
+    ::setenv("WAYLAND_DISPLAY", "wayland-0", 1);
+    endLaunchFeedback("first", server.display());
+    ::unsetenv("WAYLAND_DISPLAY");
+    endLaunchFeedback("second", server.display());
+    EXPECT_EQ(desktop.text(), "remove: ID=second");
+}
+
+TEST_F(LaunchFeedbackX11Test, withoutADisplayThereIsNobodyToTell)
 {
     endLaunchFeedback("id", ":nowhere");
 }

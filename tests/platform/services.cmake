@@ -62,5 +62,7 @@ orvalen_test(settings_pages_desktop_test SOURCES SettingsPagesDesktopTest.cpp
     LIBRARIES orvalen_platform_linux_desktop orvalen_platform_posix)
 
 # On session buses of the test's own.
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(orvalen_test_systemd REQUIRED IMPORTED_TARGET libsystemd)
 orvalen_test(program_instance_dbus_test SOURCES ProgramInstanceDBusTest.cpp
-    LIBRARIES orvalen_platform_linux_desktop Qt6::Network)
+    LIBRARIES orvalen_platform_linux_desktop PkgConfig::orvalen_test_systemd)
