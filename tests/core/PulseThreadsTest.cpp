@@ -253,7 +253,10 @@ TEST_F(PulseThreads, aGraphicsDriverThatHangsHoldsOneThreadHoweverManyPulsesCome
     threads.join();
     EXPECT_EQ(opens, 1);
 
-    machine.graphics.beforeOpen = [&] { ++opens; };
+    machine.graphics.beforeOpen = [&] {
+        ++opens;
+        opens.notify_all();
+    };
     completions = 0;
     opens = 0;
     engine.reads = 0;
