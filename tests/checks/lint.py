@@ -1,9 +1,10 @@
 #!/usr/bin/python3
 """Form and lint: clang-format and clang-tidy over our sources, and house rules that a machine can see.
 
-Of tests and benchmarks clang's warnings are asked alone: the linter takes three times as long for them as for the program.
+The linter, which brings its compiler's warnings, looks at the program. Tests and benchmarks would take it three times as
+long; --tests asks the compiler alone what it thinks of them.
 
-lint.py [--only format|tidy|house]... [BUILD_FOLDER]
+lint.py [--only format|tidy|house]... [--tests] [BUILD_FOLDER]
 
 BUILD_FOLDER holds compile_commands.json (build/clang or build/release). What clang-tidy has found clean is remembered there
 and looked at again only after a change of the file, of a header it includes, or of the rules. Status 1 for any finding.
@@ -62,20 +63,24 @@ def system_includes(command):
     return [word for i, word in enumerate(command[1:]) for word in (command[i], word) if command[i] == '-isystem']
 
 
+def is_test(name):
+    return name.startswith(('tests/', 'bench/'))
+
+
 def opinion(name, entry, build):
     """The command that looks at a file."""
-    if name.startswith(('tests/', 'bench/')):
+    if is_test(name):
         return [*shlex.split(entry['command']), '-fsyntax-only', '-Werror']
     return ['clang-tidy', '--quiet', '-p', str(build), '--extra-arg=-Wno-unknown-warning-option', entry['file']]
 
 
-def check_tidy(build):
+def check_tidy(build, tests):
     database = json.loads((build / 'compile_commands.json').read_text())
     ours = set(source_files(ROOT))
     entries = {}
     for entry in database:  # a file that two targets compile is looked at once
         name = os.path.relpath(entry['file'], ROOT).replace(os.sep, '/')
-        if name in ours:
+        if name in ours and (tests or not is_test(name)):
             entries.setdefault(name, entry)
     remembered = build / 'tidy'
     remembered.mkdir(exist_ok=True)
@@ -139,9 +144,10 @@ def check_house():
 def main():
     arguments = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     arguments.add_argument('--only', action='append', choices=['format', 'tidy', 'house'])
+    arguments.add_argument('--tests', action='store_true')
     arguments.add_argument('build', nargs='?', type=Path, default=ROOT / 'build/release')
     options = arguments.parse_args()
-    checks = {'house': check_house, 'format': check_format, 'tidy': lambda: check_tidy(options.build.resolve())}
+    checks = {'house': check_house, 'format': check_format, 'tidy': lambda: check_tidy(options.build.resolve(), options.tests)}
     failed = False
     for name, check in checks.items():
         if options.only and name not in options.only:
