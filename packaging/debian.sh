@@ -30,7 +30,7 @@ testPackages=(
     mesa-vulkan-drivers
     pipewire pipewire-pulse wireplumber libcanberra-pulse pulseaudio-utils sound-theme-freedesktop sox
     git xdotool xclip
-    lxqt-panel trayer x11-session-utils python3-dbusmock systemd libglib2.0-bin desktop-file-utils
+    lxqt-panel trayer x11-session-utils x11-xserver-utils python3-dbusmock systemd libglib2.0-bin desktop-file-utils
     tidy python3-html5lib poppler-utils
     iproute2 curl avahi-daemon espeak-ng
     chromium chromium-driver python3-selenium zbar-tools
