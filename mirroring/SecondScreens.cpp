@@ -1,13 +1,9 @@
 #include "mirroring/SecondScreens.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <limits>
 #include <string>
 
-#include <unicode/locid.h>
-#include <unicode/unistr.h>
-
+#include "core/Text.h"
 #include "mirroring/RandomUuid.h"
 
 namespace orvalen {
@@ -15,16 +11,6 @@ namespace orvalen {
 namespace {
 
 constexpr std::string_view nameOfTheNameless = "USB Peripheral";
-
-std::string lowerCased(std::string_view name)
-{
-    std::string lower;
-    if (name.size() <= std::numeric_limits<std::int32_t>::max())
-        icu::UnicodeString::fromUTF8({name.data(), static_cast<std::int32_t>(name.size())})
-            .toLower(icu::Locale::getRoot())
-            .toUTF8String(lower);
-    return lower;
-}
 
 void append(const UsbNode &node, std::vector<USBDeviceInfo> &list)
 {
@@ -55,7 +41,7 @@ const std::vector<SecondScreenKind> &secondScreenKinds()
 
 const SecondScreenKind *secondScreenKind(std::string_view name)
 {
-    const auto lower = lowerCased(name);
+    const auto lower = text::lowerCased(name);
     const auto isIn = [&](std::string_view word) { return lower.find(word) != std::string::npos; };
     const auto &kinds = secondScreenKinds();
     const auto kind = std::find_if(kinds.begin(), kinds.end(), [&](const SecondScreenKind &each) {

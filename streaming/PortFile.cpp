@@ -3,7 +3,7 @@
 #include <charconv>
 #include <system_error>
 
-#include "streaming/Text.h"
+#include "core/Text.h"
 
 namespace orvalen {
 

@@ -5,7 +5,7 @@
 
 #include <qrencode.h>
 
-#include "streaming/Text.h"
+#include "core/Text.h"
 
 namespace orvalen {
 

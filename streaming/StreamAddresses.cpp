@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "core/Text.h"
 #include "platform/NetworkInterfaces.h"
-#include "streaming/Text.h"
 
 namespace orvalen {
 
@@ -15,7 +15,7 @@ constexpr std::string_view scheme = "http://";
 std::string cleanName(std::string_view given)
 {
     const auto name = text::trimmed(given);
-    return name ? text::lowerCased(*name).value_or("") : "";
+    return name ? text::lowerCased(*name) : "";
 }
 
 bool standsInHost(char character)
@@ -55,7 +55,7 @@ std::string bonjourHost(const std::optional<std::string> &multicastName, std::st
         if (const auto name = cleanName(*multicastName); !name.empty())
             return name + ".local";
 
-    std::string name = text::lowerCased(processName).value_or("");
+    std::string name = text::isUtf8(processName) ? text::lowerCased(processName) : "";
     name.erase(0, name.find_first_not_of('.'));
     name.resize(std::min(name.find('.'), name.size()));
     return (name.empty() ? "mac" : name) + ".local";

@@ -1,10 +1,11 @@
-#include "streaming/Text.h"
+#include "core/Text.h"
 
 #include <cstdint>
 #include <limits>
 
+#include <unicode/locid.h>
 #include <unicode/uchar.h>
-#include <unicode/ustring.h>
+#include <unicode/unistr.h>
 #include <unicode/utf8.h>
 
 namespace orvalen::text {
@@ -53,24 +54,14 @@ std::optional<std::string_view> trimmed(std::string_view bytes)
     return bytes.substr(extent->begin, extent->end - extent->begin);
 }
 
-std::optional<std::string> lowerCased(std::string_view bytes)
+std::string lowerCased(std::string_view bytes)
 {
-    if (!isUtf8(bytes))
-        return std::nullopt;
-    // A letter takes no more units in UTF-16 than bytes in UTF-8, and becomes three letters at most.
-    const auto size = static_cast<std::int32_t>(bytes.size());
-    std::u16string wide(bytes.size(), u'\0');
-    std::u16string small(3 * bytes.size(), u'\0');
-    std::string result(9 * bytes.size(), '\0');
-    UErrorCode status = U_ZERO_ERROR;
-    std::int32_t length = 0;
-    u_strFromUTF8(wide.data(), size, &length, bytes.data(), size, &status);
-    length = u_strToLower(small.data(), static_cast<std::int32_t>(small.size()), wide.data(), length, "", &status);
-    u_strToUTF8(result.data(), static_cast<std::int32_t>(result.size()), &length, small.data(), length, &status);
-    if (U_FAILURE(status))
-        return std::nullopt;
-    result.resize(static_cast<std::size_t>(length));
-    return result;
+    std::string lower;
+    if (bytes.size() <= std::numeric_limits<std::int32_t>::max())
+        icu::UnicodeString::fromUTF8({bytes.data(), static_cast<std::int32_t>(bytes.size())})
+            .toLower(icu::Locale::getRoot())
+            .toUTF8String(lower);
+    return lower;
 }
 
 } // namespace orvalen::text

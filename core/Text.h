@@ -13,7 +13,7 @@ namespace orvalen::text {
 /// Without the white space and line ends around it, those of every script; std::nullopt if it is not UTF-8.
 [[nodiscard]] std::optional<std::string_view> trimmed(std::string_view bytes);
 
-/// In small letters, those of every script and of no language in particular; std::nullopt if it is not UTF-8.
-[[nodiscard]] std::optional<std::string> lowerCased(std::string_view bytes);
+/// In small letters, those of every script and of no language in particular. Bytes that are no UTF-8 become U+FFFD.
+[[nodiscard]] std::string lowerCased(std::string_view bytes);
 
 } // namespace orvalen::text
