@@ -120,6 +120,7 @@ BusConnection::Message BusConnection::newCall(const BusMethod &method)
     if (!bus || sd_bus_message_new_method_call(bus.get(), &made, method.service, method.path, method.interface,
                                                method.name) < 0)
         return nullptr;
+    sd_bus_message_set_auto_start(made, method.startsService ? 1 : 0);
     return Message(made);
 }
 

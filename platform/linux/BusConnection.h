@@ -16,6 +16,7 @@ struct BusMethod
     const char *path;
     const char *interface;
     const char *name;
+    bool startsService = true; ///< Where it is not there.
 };
 
 /// A connection to a message bus that nobody else uses, so that what a service gave to it ends with it: at the latest
@@ -44,7 +45,7 @@ public:
     };
     using Message = std::unique_ptr<sd_bus_message, LetGo>;
 
-    /// The answer of a service, which is started if it is not there. Null if that is an error or does not come in time.
+    /// The answer of a service. Null if that is an error or does not come in time.
     /// The arguments are written as the library wants them for `types`.
     template <typename... Arguments>
     [[nodiscard]] Message ask(const BusMethod &method, Deadline deadline, const char *types, Arguments... arguments)

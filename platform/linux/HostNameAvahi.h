@@ -1,10 +1,8 @@
 #pragma once
 
 #include <chrono>
-#include <functional>
 
 #include "platform/HostName.h"
-#include "platform/posix/BoundedQuestion.h"
 
 namespace orvalen {
 
@@ -18,7 +16,7 @@ public:
     [[nodiscard]] std::string processName() override;
 
 private:
-    BoundedQuestion<std::optional<std::string>> question; ///< Bounds what the library does not: the way to the bus.
+    const std::chrono::milliseconds patience;
 };
 
 } // namespace orvalen
