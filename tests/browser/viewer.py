@@ -4,29 +4,21 @@ import select
 import signal
 import struct
 import subprocess
-import time
+import sys
 from pathlib import Path
 
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 
+sys.path.append(str(Path(__file__).resolve().parents[1] / 'support'))
+
+from waiting import wait_for  # noqa: E402
+
 ROOT = Path(__file__).resolve().parents[2]
 PROGRAM = ROOT / 'build/release/libexec/orvalen/orvalen-stream-server'
 PORT_FILE = Path('/tmp/orvalen_port.txt')
 PICTURES = ROOT / 'build/pictures'  # of the page, for eyes
-
-
-def wait_for(condition, seconds=10, what=None):
-    """The first true answer of `condition`; fails the test after `seconds`."""
-    end = time.monotonic() + seconds
-    while True:
-        answer = condition()
-        if answer:
-            return answer
-        if time.monotonic() > end:
-            raise AssertionError('not within %g s: %s' % (seconds, what or condition))
-        time.sleep(0.05)
 
 
 class Camera:

@@ -10,9 +10,14 @@ import select
 import shutil
 import signal
 import subprocess
+import sys
 import tempfile
 import time
 from pathlib import Path
+
+sys.path.append(str(Path(__file__).resolve().parents[1] / 'support'))
+
+from waiting import wait_for  # noqa: E402
 
 HERE = Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
@@ -31,18 +36,6 @@ BUS = '''<busconfig>
   </policy>
 </busconfig>
 '''
-
-
-def wait_for(condition, seconds=10, what=None):
-    """The first true answer of `condition`; fails the test after `seconds`."""
-    end = time.monotonic() + seconds
-    while True:
-        answer = condition()
-        if answer:
-            return answer
-        if time.monotonic() > end:
-            raise AssertionError('not within %g s: %s' % (seconds, what or condition))
-        time.sleep(0.05)
 
 
 def end(process, seconds=5):

@@ -21,6 +21,7 @@ import unittest
 SUPPORT = pathlib.Path(__file__).resolve().parents[1] / "support"
 sys.path.append(str(SUPPORT))
 import logind  # noqa: E402
+from waiting import wait_for  # noqa: E402
 
 PYTHON = "/usr/bin/python3"  # the one that Debian's modules belong to
 STAND_IN = SUPPORT / "sleep_services.py"
@@ -33,15 +34,6 @@ REASON = "Orvalen: Prevent System Sleep"
 BUS = """<busconfig><type>session</type><listen>unix:path=%(address)s</listen><servicedir>%(services)s</servicedir>
 <policy context='default'><allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/><allow own='*'/></policy>
 </busconfig>"""
-
-
-def until(condition, what):
-    deadline = time.monotonic() + PATIENCE
-    while not (answer := condition()):
-        if time.monotonic() > deadline:
-            raise AssertionError("not within %d s: %s" % (PATIENCE, what))
-        time.sleep(0.02)
-    return answer
 
 
 class Talker:
@@ -156,7 +148,7 @@ class Buses(unittest.TestCase):
         """A logind of which only the locks are true."""
         self.start_bus("system")
         Talker(self, *logind.MOCK)
-        until(lambda: self.locks() is not None, "a mock of logind")
+        wait_for(lambda: self.locks() is not None, what="a mock of logind")
 
     def locks(self):
         """What `systemd-inhibit --list` shows, without process and user: [who, what, why, mode]; None without logind."""
@@ -354,7 +346,7 @@ class Logind(Buses):
             self.skipTest(reason)
         self.start_bus("system")
         process = Talker(self, *logind.REAL).process
-        until(lambda: self.locks() is not None or process.poll() is not None, "systemd-logind")
+        wait_for(lambda: self.locks() is not None or process.poll() is not None, what="systemd-logind")
         if process.poll() is not None:
             self.skipTest("systemd-logind does not run here")
 
@@ -366,12 +358,12 @@ class Logind(Buses):
         self.assertTrue(identifier)
         self.assertEqual(self.locks(), lock)
         program.ask("release", identifier)
-        until(lambda: self.locks() == [], "the lock's end")
+        wait_for(lambda: self.locks() == [], what="the lock's end")
         self.assertTrue(program.create())
         self.assertEqual(self.locks(), lock)
         self.leave_process(program)
         program.kill()
-        until(lambda: self.locks() == [], "the lock's end with the program")
+        wait_for(lambda: self.locks() == [], what="the lock's end with the program")
         self.assertEqual(program.said_wrong(), "")
 
     def test_a_lock_of_the_real_one(self):
@@ -387,11 +379,11 @@ class Logind(Buses):
         self.start_bus("session")
         self.start_bus("system")
         mock = Talker(self, *logind.MOCK)
-        until(lambda: self.locks() is not None, "a mock of logind")
+        wait_for(lambda: self.locks() is not None, what="a mock of logind")
         mock.process.send_signal(signal.SIGSTOP)
         self.assertIsNone(Program(self, answer=BUSY).create())
         mock.process.send_signal(signal.SIGCONT)
-        until(lambda: " Inhibit " in mock.line(), "the question, after all")
+        wait_for(lambda: " Inhibit " in mock.line(), what="the question, after all")
 
     def test_no_bus_at_all_is_a_refusal(self):
         program = Program(self)
@@ -416,7 +408,7 @@ class Logind(Buses):
         program = Program(self, HURRIED, HURRIED)
         self.assertIsNone(program.create())
         daemon.process.send_signal(signal.SIGCONT)
-        until(program.create, "a grant")
+        wait_for(program.create, what="a grant")
 
 
 if __name__ == "__main__":

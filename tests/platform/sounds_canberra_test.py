@@ -13,22 +13,16 @@ import subprocess
 import sys
 import tempfile
 import threading
-import time
 import unittest
+
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+from waiting import wait_for  # noqa: E402
 
 NEEDED = ("dbus-daemon", "pipewire", "wireplumber", "pipewire-pulse", "pw-cli", "pactl", "parec", "sox")
 FREEDESKTOP = pathlib.Path("/usr/share/sounds/freedesktop/stereo")
 PATIENCE = 20  # seconds; only a failing test waits them out
 RATE = 48000
 SILENCE = 40  # of 32767
-
-
-def until(condition, what):
-    deadline = time.monotonic() + PATIENCE
-    while not condition():
-        if time.monotonic() > deadline:
-            raise AssertionError("not within %d s: %s" % (PATIENCE, what))
-        time.sleep(0.02)
 
 
 def end(process):
@@ -72,16 +66,16 @@ class Server:
         try:
             self.start("dbus-daemon", "--session", "--nofork", "--nopidfile",  # The session manager will not do without.
                        "--address=" + environment["DBUS_SESSION_BUS_ADDRESS"])
-            until((folder / "bus").exists, "a session bus")
+            wait_for((folder / "bus").exists, what="a session bus")
             self.start("pipewire")
-            self.wait_for("pw-cli", "info", "0")
+            self.wait_for_success("pw-cli", "info", "0")
             self.start("wireplumber")
             self.start("pipewire-pulse")
-            self.wait_for("pactl", "info")
-            self.wait_for("pw-cli", "create-node", "adapter",
+            self.wait_for_success("pactl", "info")
+            self.wait_for_success("pw-cli", "create-node", "adapter",
                           "{ factory.name=support.null-audio-sink node.name=test media.class=Audio/Sink"
                           " object.linger=true audio.position=[FL FR] }")
-            until(lambda: "Default Sink: test\n" in self.ask("pactl", "info").stdout, "the sink is the default one")
+            wait_for(lambda: "Default Sink: test\n" in self.ask("pactl", "info").stdout, what="the sink is the default one")
         except BaseException:
             self.stop()
             raise
@@ -93,8 +87,8 @@ class Server:
     def ask(self, *command):
         return subprocess.run(command, env=self.environment, capture_output=True, text=True, check=False)
 
-    def wait_for(self, *command):
-        until(lambda: self.ask(*command).returncode == 0, " ".join(command))
+    def wait_for_success(self, *command):
+        wait_for(lambda: self.ask(*command).returncode == 0, what=" ".join(command))
 
     def stop(self):
         while self.processes:
@@ -112,7 +106,7 @@ class Recorder:
         self.samples = array.array("h")
         self.thread = threading.Thread(target=self.read, daemon=True)
         self.thread.start()
-        until(lambda: len(self.samples) > RATE // 10, "the recording runs")
+        wait_for(lambda: len(self.samples) > RATE // 10, what="the recording runs")
 
     def read(self):
         while block := self.process.stdout.read(960):
@@ -124,7 +118,7 @@ class Recorder:
         def is_over():
             heard = [i for i, x in enumerate(self.samples) if abs(x) > SILENCE]
             return heard and len(self.samples) - heard[-1] > RATE // 2
-        until(is_over, "a sound is heard to its end")
+        wait_for(is_over, what="a sound is heard to its end")
         heard = [i for i, x in enumerate(self.samples) if abs(x) > SILENCE]
         sound = self.samples[heard[0]:heard[-1] + 1]
         del self.samples[:]
@@ -133,7 +127,7 @@ class Recorder:
     def loudest(self, seconds):
         """The highest sample of the next `seconds`."""
         del self.samples[:]
-        until(lambda: len(self.samples) >= seconds * RATE, "the recording goes on")
+        wait_for(lambda: len(self.samples) >= seconds * RATE, what="the recording goes on")
         return max(abs(x) for x in self.samples)
 
     def close(self):
@@ -241,7 +235,7 @@ class SoundsCanberra(unittest.TestCase):
         server.stop()
         player.play("Glass")
         _, recorder = self.serve()
-        until(lambda: self.is_heard(player, recorder), "a chime on the new server")
+        wait_for(lambda: self.is_heard(player, recorder), what="a chime on the new server")
         self.assertEqual(player.close(), ("", 0))
 
     @staticmethod

@@ -6,10 +6,14 @@ import json
 import os
 import select
 import subprocess
-import time
+import sys
 from pathlib import Path
 
 import pytest
+
+sys.path.append(str(Path(__file__).resolve().parents[1] / 'support'))
+
+from waiting import wait_for  # noqa: E402
 
 ROOT = Path(__file__).resolve().parents[2]
 PRIVATE_MACHINE = ROOT / 'tests/support/private-machine'
@@ -21,17 +25,6 @@ PATIENCE = 20  # seconds; only a failing test waits them out
 
 SCRIPT = '/tmp/orvalen_web_stream.py'
 PORT_FILE = '/tmp/orvalen_port.txt'
-
-
-def wait_for(condition, what=None, seconds=PATIENCE):
-    """The first true answer of `condition`; fails the test when there is none in time."""
-    deadline = time.monotonic() + seconds
-    while True:
-        answer = condition()
-        if answer:
-            return answer
-        assert time.monotonic() < deadline, 'not within %g s: %s' % (seconds, what or condition)
-        time.sleep(0.01)
 
 
 class Machine:
@@ -102,7 +95,7 @@ class Machine:
             self.run('ip', 'link', 'set', name, 'up')
         if up and carrier:
             self.run('ip', 'link', 'set', peer, 'up')
-            wait_for(lambda: 'NO-CARRIER' not in self.run('ip', 'link', 'show', name), 'the carrier of ' + name)
+            wait_for(lambda: 'NO-CARRIER' not in self.run('ip', 'link', 'show', name), what='the carrier of ' + name)
 
     def take_port(self, port):
         """Another program listens there."""
@@ -137,7 +130,7 @@ class Controller:
 
     def wait(self, **values):
         """Until it publishes these values."""
-        return wait_for(lambda: {**self.ask('state'), **values} == self.state and self.state, values)
+        return wait_for(lambda: {**self.ask('state'), **values} == self.state and self.state, what=values)
 
     def code(self):
         """What a reader sees in the QR code."""

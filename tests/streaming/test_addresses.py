@@ -126,10 +126,10 @@ def test_the_name_that_avahi_announces(machine):
     assert control.state['localHostName'] == fallback()
     daemon = machine.start('avahi-daemon', '--file=/tmp/avahi.conf', '--no-drop-root', '--no-chroot', '--no-rlimits')
     wait_for(lambda: control.ask('refresh')['localHostName'] == 'macbook-air.local' or daemon.poll() is not None,
-             'the announced name')
+             what='the announced name')
     if daemon.poll() is not None:
         pytest.skip('the daemon does not run here, perhaps for want of root')
     assert control.state['bonjourURL'] == 'http://macbook-air.local:8999'
 
     machine.run('pkill', '-x', 'avahi-daemon')
-    wait_for(lambda: control.ask('refresh')['localHostName'] == fallback(), 'the name of the machine')
+    wait_for(lambda: control.ask('refresh')['localHostName'] == fallback(), what='the name of the machine')

@@ -42,7 +42,7 @@ class Spy:
 
     def said(self, number):
         file = self.machine.path('/tmp/said.%d' % number)
-        wait_for(file.exists, 'a sentence')
+        wait_for(file.exists, what='a sentence')
         return file.read_text()
 
 

@@ -35,7 +35,7 @@ def picked_up(control):
 def test_a_started_server_serves_and_is_known_by_its_command_line(machine):
     control = machine.control()
     assert control.ask('start')['isRunning'] is True
-    wait_for(lambda: answers(machine, 8999), 'the page')
+    wait_for(lambda: answers(machine, 8999), what='the page')
     command = machine.path('/proc/%d/cmdline' % servers(machine)[0]).read_bytes()
     assert command.split(b'\0') == [str(SERVER).encode(), SCRIPT.encode(), b'']
     assert picked_up(control)['serverPort'] == 8999
@@ -73,7 +73,7 @@ def test_the_link_over_usb_gets_the_port_too(machine):
 def test_a_stop_leaves_no_server_and_no_port_file(machine):
     control = machine.control()
     control.ask('start')
-    wait_for(machine.path(PORT_FILE).exists, 'the port file')
+    wait_for(machine.path(PORT_FILE).exists, what='the port file')
     assert control.ask('stop')['isRunning'] is False
     assert servers(machine) == []
     assert not machine.path(PORT_FILE).exists()
@@ -83,7 +83,7 @@ def test_a_stop_leaves_no_server_and_no_port_file(machine):
 def test_toggled_twice_it_runs_and_stops(machine):
     control = machine.control()
     assert control.ask('toggle')['isRunning'] is True
-    wait_for(lambda: answers(machine, 8999), 'the page')
+    wait_for(lambda: answers(machine, 8999), what='the page')
     assert control.ask('toggle')['isRunning'] is False
     assert servers(machine) == []
     assert not machine.path(PORT_FILE).exists()
@@ -92,10 +92,10 @@ def test_toggled_twice_it_runs_and_stops(machine):
 def test_a_second_start_is_a_restart_on_the_same_port(machine):
     control = machine.control()
     control.ask('start')
-    wait_for(lambda: answers(machine, 8999), 'the page')
+    wait_for(lambda: answers(machine, 8999), what='the page')
     first = servers(machine)
     assert control.ask('start')['isRunning'] is True
-    wait_for(lambda: answers(machine, 8999), 'the page again')
+    wait_for(lambda: answers(machine, 8999), what='the page again')
     second = servers(machine)
     assert len(first) == len(second) == 1 and first != second
     assert picked_up(control)['serverPort'] == 8999
@@ -104,7 +104,7 @@ def test_a_second_start_is_a_restart_on_the_same_port(machine):
 def test_the_server_outlives_the_program_and_ends_at_the_next_ones_start(machine):
     control = machine.control()
     control.ask('start')
-    wait_for(lambda: answers(machine, 8999), 'the page')
+    wait_for(lambda: answers(machine, 8999), what='the page')
     stale = servers(machine)
     control.quit()
     assert servers(machine) == stale and answers(machine, 8999)
@@ -112,7 +112,7 @@ def test_the_server_outlives_the_program_and_ends_at_the_next_ones_start(machine
     control = machine.control()
     assert control.state['isRunning'] is False
     control.ask('start')
-    wait_for(lambda: answers(machine, 8999), 'the page again')
+    wait_for(lambda: answers(machine, 8999), what='the page again')
     assert len(servers(machine)) == 1 and servers(machine) != stale
     assert picked_up(control)['serverPort'] == 8999
 
@@ -120,7 +120,7 @@ def test_the_server_outlives_the_program_and_ends_at_the_next_ones_start(machine
 def test_a_stop_ends_servers_that_others_left_too(machine):
     for name in ('first', 'second'):
         machine.start('bash', '-c', 'exec -a %s_%s sleep 600' % (name, PATTERN))
-    wait_for(lambda: len(servers(machine)) == 2, 'two old servers')
+    wait_for(lambda: len(servers(machine)) == 2, what='two old servers')
     machine.control().ask('stop')
     assert servers(machine) == []
 
@@ -133,7 +133,7 @@ def test_the_text_at_the_script_path_can_be_run_by_hand(machine):
     assert stat.S_IMODE(file.stat().st_mode) == 0o700
     assert file.read_text().startswith('#!%s\n#' % SERVER)
     machine.start(SCRIPT)
-    wait_for(lambda: answers(machine, 8999), 'the page')
+    wait_for(lambda: answers(machine, 8999), what='the page')
     assert len(servers(machine)) == 1
     control.ask('stop')
     assert servers(machine) == [] and not answers(machine, 8999)
@@ -144,7 +144,7 @@ def test_a_link_at_the_script_path_is_replaced_and_not_followed(machine):
     machine.run('ln', '-s', '/tmp/precious', SCRIPT)
     control = machine.control()
     assert control.ask('start')['isRunning'] is True
-    wait_for(lambda: answers(machine, 8999), 'the page')
+    wait_for(lambda: answers(machine, 8999), what='the page')
     assert machine.path('/tmp/precious').read_text() == 'precious'
     assert not machine.path(SCRIPT).is_symlink()
 
@@ -159,7 +159,7 @@ def test_somebody_elses_program_at_the_script_path_is_left_alone_and_never_run(m
         pytest.skip('only root can give files away')
     control = machine.control()
     assert control.ask('start')['isRunning'] is True
-    wait_for(lambda: answers(machine, 8999), 'the page')
+    wait_for(lambda: answers(machine, 8999), what='the page')
     assert file.read_text() == '#!/bin/sh\ntouch /tmp/was-run\n'
     assert not machine.path('/tmp/was-run').exists()
     control.ask('stop')
@@ -170,7 +170,7 @@ def test_a_folder_at_the_script_path_does_not_keep_the_server_from_running(machi
     machine.run('mkdir', SCRIPT)
     control = machine.control()
     control.ask('start')
-    wait_for(lambda: answers(machine, 8999), 'the page')
+    wait_for(lambda: answers(machine, 8999), what='the page')
 
 
 def test_somebody_elses_port_file_is_not_believed(machine):
@@ -191,7 +191,7 @@ def test_a_server_that_finds_no_port_still_counts_as_running_until_the_stop(mach
         machine.take_port(port)
     control = machine.control()
     control.ask('start')
-    wait_for(lambda: servers(machine) == [], 'the server to give up')
+    wait_for(lambda: servers(machine) == [], what='the server to give up')
     state = picked_up(control)
     assert (state['isRunning'], state['serverPort']) == (True, 8999)
     assert not machine.path(PORT_FILE).exists()
@@ -202,12 +202,12 @@ def test_a_server_that_finds_no_port_still_counts_as_running_until_the_stop(mach
 def test_a_server_that_was_killed_leaves_nothing_behind(machine):
     control = machine.control()
     control.ask('start')
-    wait_for(lambda: answers(machine, 8999), 'the page')
+    wait_for(lambda: answers(machine, 8999), what='the page')
     machine.run('kill', '-KILL', servers(machine)[0])
-    wait_for(lambda: servers(machine) == [] and not machine.has_zombies(), 'its end')
+    wait_for(lambda: servers(machine) == [] and not machine.has_zombies(), what='its end')
     assert control.ask('state')['isRunning'] is True
     control.ask('start')
-    wait_for(lambda: answers(machine, 8999), 'the page again')
+    wait_for(lambda: answers(machine, 8999), what='the page again')
 
 
 def test_a_missing_server_is_said_on_the_console_and_nothing_runs(machine):
@@ -224,7 +224,7 @@ def test_a_server_that_will_not_end_is_ended(machine):
     stubborn.chmod(0o755)
     control = machine.control(server='/tmp/stubborn')
     control.ask('start')
-    wait_for(machine.path('/tmp/ready').exists, 'the stubborn server')
+    wait_for(machine.path('/tmp/ready').exists, what='the stubborn server')
     assert machine.processes('sleep 600') != []
     assert control.ask('stop')['isRunning'] is False
     assert machine.processes('sleep 600') == []
