@@ -21,6 +21,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/TemporaryFolder.h"
+
 namespace orvalen {
 namespace {
 
@@ -42,22 +44,9 @@ bool eventually(const std::function<bool()> &condition)
 class ChildProcessesPosixTest : public ::testing::Test
 {
 protected:
-    ChildProcessesPosixTest()
-    {
-        auto name = testing::TempDir() + "child_processes.XXXXXX";
-        if (!mkdtemp(name.data()))
-            throw std::runtime_error("no folder to test in");
-        folder = name;
-    }
-    ~ChildProcessesPosixTest() override { fs::remove_all(folder); }
-
     [[nodiscard]] std::string path(const char *name) const { return (folder / name).string(); }
 
-    [[nodiscard]] std::string contentsOf(const char *name) const
-    {
-        std::ifstream stream(folder / name);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
+    [[nodiscard]] std::string contentsOf(const char *name) const { return test::contentsOf(folder / name); }
 
     /// A child that runs `script`, with the path of the folder as its $0.
     std::unique_ptr<ChildProcess> launchScript(const std::string &script, const std::vector<std::string> &more = {})
@@ -115,7 +104,8 @@ protected:
     /// Neither running nor waiting for somebody to take leave of it.
     static bool isGone(pid_t pid) { return ::kill(pid, 0) != 0 && errno == ESRCH; }
 
-    fs::path folder;
+    const test::TemporaryFolder temporary;
+    const fs::path folder = temporary.path();
     ChildProcessesPosix processes{std::chrono::seconds(30)};
 };
 

@@ -9,7 +9,7 @@
 
 #include <string>
 
-#include "tests/support/XServer.h"
+#include "tests/support/OnADisplay.h"
 
 namespace orvalen {
 namespace {
@@ -17,22 +17,9 @@ namespace {
 constexpr int patienceMilliseconds = 30'000;
 
 /// The clipboard of a display of our own, as other programs see it.
-class PasteboardQtTest : public ::testing::Test
+class PasteboardQtTest : public test::OnADisplay
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        if (QGuiApplication::instance())
-            return;
-        static const test::XServer server;
-        qputenv("DISPLAY", server.display().c_str());
-        qputenv("QT_QPA_PLATFORM", "xcb");
-        static int argc = 1;
-        static char program[] = "pasteboard_qt_test";
-        static char *argv[] = {program, nullptr};
-        static const QGuiApplication application(argc, argv);
-    }
-
     /// What another program pastes, or copies with `options`.
     static std::string xclip(const QStringList &options, const QByteArray &input = {})
     {

@@ -18,39 +18,21 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "tests/support/TemporaryFolder.h"
+
 namespace orvalen {
 namespace {
 
 namespace fs = std::filesystem;
+using test::contentsOf;
+using test::modeOf;
 
 constexpr std::size_t limit = 1000;
 
 class PrivateFile : public ::testing::Test
 {
 protected:
-    PrivateFile()
-    {
-        auto name = testing::TempDir() + "private_file.XXXXXX";
-        if (!mkdtemp(name.data()))
-            throw std::runtime_error("no folder to test in");
-        folder = name;
-        file = folder / "file";
-    }
-    ~PrivateFile() override { fs::remove_all(folder); }
-
     static void put(const fs::path &path, const std::string &contents) { std::ofstream(path) << contents; }
-
-    static std::string contentsOf(const fs::path &path)
-    {
-        std::ifstream stream(path);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-
-    static unsigned modeOf(const fs::path &path)
-    {
-        struct stat status = {};
-        return ::lstat(path.c_str(), &status) == 0 ? status.st_mode & 07777U : 0U;
-    }
 
     [[nodiscard]] long entries() const { return std::distance(fs::directory_iterator(folder), {}); }
 
@@ -66,7 +48,9 @@ protected:
         EXPECT_NE(private_file::write(file, "ours"), 0) << what;
     }
 
-    fs::path folder, file;
+    const test::TemporaryFolder temporary;
+    const fs::path folder = temporary.path();
+    fs::path file = folder / "file";
 };
 
 TEST_F(PrivateFile, whatIsWrittenIsReadBack)

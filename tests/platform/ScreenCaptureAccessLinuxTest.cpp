@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "platform/linux/X11Session.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/support/XServer.h"
 
 namespace orvalen {
@@ -25,10 +26,7 @@ class ScreenCaptureAccessLinuxTest : public testing::Test
 protected:
     ScreenCaptureAccessLinuxTest()
     {
-        auto name = (std::filesystem::temp_directory_path() / "orvalen-access-XXXXXX").string();
-        EXPECT_NE(::mkdtemp(name.data()), nullptr);
-        folder = name;
-        set("PATH", folder);
+        set("PATH", folder.path());
         for (const auto *variable : {"DISPLAY", "WAYLAND_DISPLAY", "XDG_SESSION_TYPE"})
             set(variable, std::nullopt);
     }
@@ -36,7 +34,6 @@ protected:
     {
         for (const auto &[variable, value] : before)
             change(variable, value);
-        std::filesystem::remove_all(folder);
     }
 
     void set(const std::string &variable, const std::optional<std::string> &value)
@@ -54,7 +51,7 @@ protected:
             ::unsetenv(variable.c_str());
     }
 
-    std::filesystem::path folder;
+    const test::TemporaryFolder folder;
     std::map<std::string, std::optional<std::string>> before;
 };
 
@@ -111,7 +108,7 @@ TEST_F(ScreenCaptureAccessLinuxTest, aCommandOnTheSearchPathGrantsIt)
     EXPECT_TRUE(access.isGranted());
     set("WAYLAND_DISPLAY", "wayland-0");
     EXPECT_TRUE(access.isGranted()); // it will know how
-    set("PATH", "/nowhere:" + folder.string() + ":");
+    set("PATH", "/nowhere:" + folder.path().string() + ":");
     EXPECT_TRUE(access.isGranted());
     set("PATH", "/nowhere");
     EXPECT_FALSE(access.isGranted());

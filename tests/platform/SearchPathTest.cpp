@@ -7,6 +7,8 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "tests/support/TemporaryFolder.h"
+
 namespace orvalen {
 namespace {
 
@@ -18,25 +20,16 @@ class SearchPathTest : public ::testing::Test
 protected:
     SearchPathTest()
     {
-        auto name = testing::TempDir() + "search_path.XXXXXX";
-        if (!mkdtemp(name.data()))
-            throw std::runtime_error("no folder to test in");
-        folder = name;
         fs::create_directory(folder / "first");
         fs::create_directory(folder / "second");
     }
-    ~SearchPathTest() override { fs::remove_all(folder); }
 
-    std::string install(const char *name) const
-    {
-        std::ofstream(folder / name) << "#!/bin/sh\n";
-        fs::permissions(folder / name, fs::perms::owner_all);
-        return (folder / name).string();
-    }
+    std::string install(const char *name) const { return temporary.write(name, "#!/bin/sh\n", true).string(); }
 
     [[nodiscard]] std::string both() const { return (folder / "first").string() + ":" + (folder / "second").string(); }
 
-    fs::path folder;
+    const test::TemporaryFolder temporary;
+    const fs::path folder = temporary.path();
 };
 
 TEST_F(SearchPathTest, theFirstFolderThatHasTheProgramCounts)

@@ -14,6 +14,7 @@
 
 #include "platform/posix/ChildProcessesPosix.h"
 #include "tests/support/StreamFakes.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace orvalen {
 namespace {
@@ -26,19 +27,9 @@ using ::testing::IsEmpty;
 class SettingsPagesDesktopTest : public ::testing::Test
 {
 protected:
-    SettingsPagesDesktopTest()
-    {
-        auto name = testing::TempDir() + "settings_pages.XXXXXX";
-        if (!mkdtemp(name.data()))
-            throw std::runtime_error("no folder to test in");
-        folder = name;
-    }
-    ~SettingsPagesDesktopTest() override { fs::remove_all(folder); }
-
     void install(const std::string &name, const std::string &script = "#!/bin/sh\n") const
     {
-        std::ofstream(folder / name) << script;
-        fs::permissions(folder / name, fs::perms::owner_all);
+        temporary.write(name, script, true);
     }
 
     /// The command lines that were started for a page of that desktop, without the folder.
@@ -54,7 +45,8 @@ protected:
         return lines;
     }
 
-    fs::path folder;
+    const test::TemporaryFolder temporary;
+    const fs::path folder = temporary.path();
     test::Diary diary;
     test::FakeChildProcesses processes{diary};
 };

@@ -12,6 +12,7 @@
 
 #include "platform/posix/ChildProcessesPosix.h"
 #include "tests/support/StreamFakes.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace orvalen {
 namespace {
@@ -25,22 +26,16 @@ class SpeechCommandTest : public ::testing::Test
 protected:
     SpeechCommandTest()
     {
-        auto name = testing::TempDir() + "speech_command.XXXXXX";
-        if (!mkdtemp(name.data()))
-            throw std::runtime_error("no folder to test in");
-        folder = name;
         fs::create_directory(folder / "first");
         fs::create_directory(folder / "second");
         searchPath = (folder / "first").string() + ":" + (folder / "second").string();
     }
-    ~SpeechCommandTest() override { fs::remove_all(folder); }
 
     [[nodiscard]] std::string program(const char *name) const { return (folder / name).string(); }
 
     void install(const char *name, const std::string &script = "#!/bin/sh\n") const
     {
-        std::ofstream(folder / name) << script;
-        fs::permissions(folder / name, fs::perms::owner_all);
+        temporary.write(name, script, true);
     }
 
     /// What was started for "Hello.", on that search path.
@@ -50,7 +45,8 @@ protected:
         return diary.take();
     }
 
-    fs::path folder;
+    const test::TemporaryFolder temporary;
+    const fs::path folder = temporary.path();
     std::string searchPath;
     test::Diary diary;
     test::FakeChildProcesses processes{diary};

@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "tests/support/TemporaryFolder.h"
+
 namespace orvalen {
 namespace {
 
@@ -16,17 +18,8 @@ namespace fs = std::filesystem;
 class TextFilesPosixTest : public ::testing::Test
 {
 protected:
-    TextFilesPosixTest()
-    {
-        auto name = testing::TempDir() + "text_files.XXXXXX";
-        if (!mkdtemp(name.data()))
-            throw std::runtime_error("no folder to test in");
-        folder = name;
-        file = folder / "file";
-    }
-    ~TextFilesPosixTest() override { fs::remove_all(folder); }
-
-    fs::path folder, file;
+    const test::TemporaryFolder temporary;
+    const fs::path folder = temporary.path(), file = folder / "file";
     TextFilesPosix files;
 };
 

@@ -16,7 +16,7 @@
 #include <xcb/xcb.h>
 
 #include "platform/linux/WindowActivationX11.h"
-#include "tests/support/XServer.h"
+#include "tests/support/OnADisplay.h"
 
 namespace orvalen {
 namespace {
@@ -91,33 +91,16 @@ public:
     xcb_window_t root;
 };
 
-class OnADisplay : public ::testing::Test
+template <typename Condition>
+bool waitFor(Condition condition)
 {
-protected:
-    static void SetUpTestSuite()
-    {
-        if (QGuiApplication::instance())
-            return;
-        static const test::XServer server;
-        qputenv("DISPLAY", server.display().c_str());
-        qputenv("QT_QPA_PLATFORM", "xcb");
-        static int argc = 1;
-        static char program[] = "tray_host_linux_test";
-        static char *argv[] = {program, nullptr};
-        static const QGuiApplication application(argc, argv);
-    }
+    QElapsedTimer waited;
+    for (waited.start(); waited.elapsed() < patienceMilliseconds && !condition();)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    return condition();
+}
 
-    template <typename Condition>
-    static bool waitFor(Condition condition)
-    {
-        QElapsedTimer waited;
-        for (waited.start(); waited.elapsed() < patienceMilliseconds && !condition();)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        return condition();
-    }
-};
-
-class TrayHostLinuxTest : public OnADisplay
+class TrayHostLinuxTest : public test::OnADisplay
 {
 protected:
     TrayHostLinuxTest()
@@ -264,7 +247,7 @@ TEST_F(TrayHostLinuxTest, tellsNobodyOnceItIsGone)
 }
 
 /// A window manager that does nothing but listen.
-class WindowActivationX11Test : public OnADisplay
+class WindowActivationX11Test : public test::OnADisplay
 {
 protected:
     WindowActivationX11Test()

@@ -13,6 +13,7 @@
 
 #include "platform/posix/ChildProcessesPosix.h"
 #include "tests/support/StreamFakes.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace orvalen {
 namespace {
@@ -25,20 +26,7 @@ using ::testing::IsEmpty;
 class UrlOpenerXdgTest : public ::testing::Test
 {
 protected:
-    UrlOpenerXdgTest()
-    {
-        auto name = testing::TempDir() + "url_opener.XXXXXX";
-        if (!mkdtemp(name.data()))
-            throw std::runtime_error("no folder to test in");
-        folder = name;
-    }
-    ~UrlOpenerXdgTest() override { fs::remove_all(folder); }
-
-    void install(const std::string &script = "#!/bin/sh\n") const
-    {
-        std::ofstream(folder / "xdg-open") << script;
-        fs::permissions(folder / "xdg-open", fs::perms::owner_all);
-    }
+    void install(const std::string &script = "#!/bin/sh\n") const { temporary.write("xdg-open", script, true); }
 
     /// What was started for that address.
     std::vector<std::string> startedFor(std::string_view url)
@@ -47,7 +35,8 @@ protected:
         return diary.take();
     }
 
-    fs::path folder;
+    const test::TemporaryFolder temporary;
+    const fs::path folder = temporary.path();
     test::Diary diary;
     test::FakeChildProcesses processes{diary};
 };

@@ -17,6 +17,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/TemporaryFolder.h"
+
 namespace {
 
 int linkError = 0; ///< Instead of giving a file a name; 0: as the system has it.
@@ -36,6 +38,8 @@ namespace orvalen {
 namespace {
 
 namespace fs = std::filesystem;
+using test::contentsOf;
+using test::modeOf;
 
 /// As a document of the user's.
 constexpr whole_file::Kind document{.mode = {}, .isOnDisk = true};
@@ -43,40 +47,17 @@ constexpr whole_file::Kind document{.mode = {}, .isOnDisk = true};
 class WholeFile : public ::testing::Test
 {
 protected:
-    WholeFile()
-    {
-        auto name = testing::TempDir() + "whole_file.XXXXXX";
-        if (!mkdtemp(name.data()))
-            throw std::runtime_error("no folder to test in");
-        folder = name;
-        file = folder / "file";
-    }
-    ~WholeFile() override
-    {
-        linkError = 0;
-        fs::remove_all(folder);
-    }
+    ~WholeFile() override { linkError = 0; }
 
     static int replace(const fs::path &path, std::string_view contents, const whole_file::Kind &kind = document)
     {
         return whole_file::replace(path, std::span(&contents, 1), kind);
     }
 
-    static std::string contentsOf(const fs::path &path)
-    {
-        std::ifstream stream(path);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-
-    static unsigned modeOf(const fs::path &path)
-    {
-        struct stat status = {};
-        return ::lstat(path.c_str(), &status) == 0 ? status.st_mode & 07777U : 0U;
-    }
-
     [[nodiscard]] long entries() const { return std::distance(fs::directory_iterator(folder), {}); }
 
-    fs::path folder, file;
+    const test::TemporaryFolder temporary;
+    const fs::path folder = temporary.path(), file = folder / "file";
 };
 
 TEST_F(WholeFile, aDocumentIsAsReadableAsTheUsersUmaskLetsItBe)

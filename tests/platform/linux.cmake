@@ -26,6 +26,7 @@ orvalen_test(platform_x11_test
         LaunchFeedbackX11Test.cpp
         ScreenCaptureAccessLinuxTest.cpp
         ../support/Typist.cpp
+        ../support/TemporaryFolder.cpp
         ../support/XServer.cpp
     LIBRARIES orvalen_platform_linux PkgConfig::orvalen_test_xcb
 )

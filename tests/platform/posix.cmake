@@ -7,5 +7,6 @@ orvalen_test(platform_posix_test
         ${CMAKE_CURRENT_LIST_DIR}/SearchPathTest.cpp
         ${CMAKE_CURRENT_LIST_DIR}/TextFilesPosixTest.cpp
         ${CMAKE_CURRENT_LIST_DIR}/WholeFileTest.cpp
+        ${CMAKE_CURRENT_LIST_DIR}/../support/TemporaryFolder.cpp
     LIBRARIES orvalen_platform_posix
 )

@@ -49,16 +49,16 @@ add_test(NAME SleepInhibitors
     COMMAND "${Python3_EXECUTABLE}" "${CMAKE_CURRENT_SOURCE_DIR}/sleep_inhibitors_test.py" "$<TARGET_FILE:hold_awake>")
 set_tests_properties(SleepInhibitors PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 300)
 
-orvalen_test(speech_command_test SOURCES SpeechCommandTest.cpp
+orvalen_test(speech_command_test SOURCES SpeechCommandTest.cpp ../support/TemporaryFolder.cpp
     LIBRARIES orvalen_platform_linux_desktop orvalen_platform_posix)
 
-orvalen_test(url_opener_xdg_test SOURCES UrlOpenerXdgTest.cpp
+orvalen_test(url_opener_xdg_test SOURCES UrlOpenerXdgTest.cpp ../support/TemporaryFolder.cpp
     LIBRARIES orvalen_platform_linux_desktop orvalen_platform_posix)
 
 orvalen_test(pasteboard_qt_test SOURCES PasteboardQtTest.cpp ../support/XServer.cpp
     LIBRARIES orvalen_platform_qt Qt6::Gui)
 
-orvalen_test(settings_pages_desktop_test SOURCES SettingsPagesDesktopTest.cpp
+orvalen_test(settings_pages_desktop_test SOURCES SettingsPagesDesktopTest.cpp ../support/TemporaryFolder.cpp
     LIBRARIES orvalen_platform_linux_desktop orvalen_platform_posix)
 
 # On session buses of the test's own.

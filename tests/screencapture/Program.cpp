@@ -107,38 +107,4 @@ Outcome capture(const std::vector<std::string> &arguments, const Environment &en
     return Program(std::move(command), environment).outcome();
 }
 
-Folder::Folder()
-{
-    auto name = (std::filesystem::temp_directory_path() / "orvalen-capture-XXXXXX").string();
-    if (!::mkdtemp(name.data()))
-        throw std::runtime_error("no folder for temporary files");
-    folder = name;
-}
-
-Folder::~Folder()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
-}
-
-std::vector<std::string> Folder::names() const
-{
-    std::vector<std::string> names;
-    for (const auto &entry : std::filesystem::directory_iterator(folder))
-        names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-std::string contentsOf(const std::filesystem::path &file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-void write(const std::filesystem::path &file, const std::string &contents)
-{
-    std::ofstream(file, std::ios::binary) << contents;
-}
-
 } // namespace orvalen::test

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <map>
 #include <string>
 #include <sys/types.h>
@@ -42,28 +41,5 @@ private:
 
 /// Runs the capture command to its end.
 [[nodiscard]] Outcome capture(const std::vector<std::string> &arguments, const Environment &environment);
-
-/// A folder that goes with the object.
-class Folder
-{
-public:
-    Folder();
-    ~Folder();
-
-    Folder(const Folder &) = delete;
-    Folder &operator=(const Folder &) = delete;
-
-    [[nodiscard]] std::filesystem::path path() const { return folder; }
-    [[nodiscard]] std::filesystem::path operator/(const std::string &name) const { return folder / name; }
-
-    /// Names in it, in order.
-    [[nodiscard]] std::vector<std::string> names() const;
-
-private:
-    std::filesystem::path folder;
-};
-
-[[nodiscard]] std::string contentsOf(const std::filesystem::path &file);
-void write(const std::filesystem::path &file, const std::string &contents);
 
 } // namespace orvalen::test

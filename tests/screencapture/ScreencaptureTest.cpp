@@ -13,6 +13,7 @@
 #include "tests/screencapture/Jpeg.h"
 #include "tests/screencapture/Program.h"
 #include "tests/screencapture/Screen.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/support/XServer.h"
 
 namespace orvalen {
@@ -24,10 +25,10 @@ using test::contentsOf;
 using test::decoded;
 using test::drawnPixels;
 using test::encodedAtOnce;
-using test::Folder;
 using test::Outcome;
 using test::Program;
 using test::Screen;
+using test::TemporaryFolder;
 using test::XServer;
 
 constexpr int width = 1000;
@@ -58,7 +59,7 @@ struct Desktop
         return contentsOf(file);
     }
 
-    Folder folder;
+    TemporaryFolder folder;
     XServer server;
     Screen screen;
     std::filesystem::path file;
@@ -336,7 +337,7 @@ TEST(Screencapture, aNameWithoutFolderLiesInTheWorkingFolder)
 void expectFailure(const std::vector<std::string> &options, const test::Environment &environment,
                    const std::string &sentence)
 {
-    const Folder folder;
+    const TemporaryFolder folder;
     for (const bool isThere : {false, true}) {
         const auto file = folder / "picture.jpg";
         if (isThere)
@@ -381,7 +382,7 @@ TEST(ScreencaptureFailure, aScreenWithASaverOverIt)
     Screen(server.display()).startScreenSaver();
     expectFailure({}, {{"DISPLAY", server.display()}}, "The session is locked, or its screen saver is on.");
     server.pressKey();
-    const Folder folder;
+    const TemporaryFolder folder;
     EXPECT_EQ(capture({folder / "picture.jpg"}, {{"DISPLAY", server.display()}}).status, 0);
 }
 
@@ -396,7 +397,7 @@ TEST(ScreencaptureFailure, aScreenOfFewerColours)
 TEST(ScreencaptureFailure, misuseIsAnsweredWithTheUsage)
 {
     const XServer server;
-    const Folder folder;
+    const TemporaryFolder folder;
     const test::Environment environment{{"DISPLAY", server.display()}};
     for (const auto &arguments : std::vector<std::vector<std::string>>{{},
                                                                        {"-t", "png", folder / "a"},
@@ -427,7 +428,7 @@ TEST(ScreencaptureFailure, somethingElseStandsAtTheName)
     const auto &folder = desktop.folder;
     std::filesystem::create_directory(folder / "folder");
     expectRefusal(desktop, folder / "folder");
-    test::write(folder / "target", "of a link");
+    folder.write("target", "of a link");
     std::filesystem::create_symlink(folder / "target", folder / "link");
     expectRefusal(desktop, folder / "link");
     std::filesystem::create_symlink(folder / "nowhere", folder / "dangling");
@@ -494,7 +495,7 @@ TEST(ScreencaptureFailure, aServerThatIsKilledEndsTheCapture)
     std::mt19937 random(1);
     int failures = 0;
     for (int i = 0; i < 40; ++i) {
-        const Folder folder;
+        const TemporaryFolder folder;
         XServer server({"-screen", "0", "1920x1200x24"});
         Program program({test::captureCommand(), folder / "picture.jpg"}, {{"DISPLAY", server.display()}});
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 10'000));
@@ -544,7 +545,7 @@ TEST(Screencapture, killedAtAnyMomentItLeavesAWholeFileAndNoLitter)
 TEST(Screencapture, whatAKilledOneHasLeftIsClearedAway)
 {
     Desktop desktop;
-    test::write(desktop.folder / ".picture.jpg.orvalen", "half a file");
+    desktop.folder.write(".picture.jpg.orvalen", "half a file");
     EXPECT_EQ(decoded(desktop.captured()).width, width);
     EXPECT_EQ(desktop.folder.names(), std::vector<std::string>{"picture.jpg"});
 }

@@ -13,7 +13,7 @@
 #include <poll.h>
 
 #include "streaming/server/Descriptor.h"
-#include "tests/server/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace orvalen {
 namespace {

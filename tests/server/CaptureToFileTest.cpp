@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "tests/server/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace orvalen {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/server/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace orvalen {
 namespace {

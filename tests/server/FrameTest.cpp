@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "streaming/server/Descriptor.h"
-#include "tests/server/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace orvalen {
 namespace {

@@ -7,7 +7,7 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
-#include "tests/server/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace orvalen {
 namespace {
