@@ -12,10 +12,10 @@ namespace orvalen {
 /// An operation of a service on a message bus.
 struct BusMethod
 {
-    const char *service;
-    const char *path;
-    const char *interface;
-    const char *name;
+    const char *service = nullptr;
+    const char *path = nullptr;
+    const char *interface = nullptr;
+    const char *name = nullptr;
     bool startsService = true; ///< Where it is not there.
 };
 

@@ -17,7 +17,7 @@ import sys
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / 'platform'))
-from sounds_canberra_test import RATE, SILENCE, Recorder, Server, contour, decoded, until
+from sounds_canberra_test import RATE, SILENCE, Recorder, Server, contour, decoded, wait_for
 
 CONTROL, SERVER, THEME, SENTENCE = sys.argv[1:]
 OPENING = RATE // 4  # of a chime: long enough to know it, over before the voice begins
@@ -47,7 +47,7 @@ def recorded(environment, action):
         heard = recorder.samples
         return len(heard) > 6 * RATE and max(map(abs, heard)) > SILENCE and max(map(abs, heard[-2 * RATE:])) <= SILENCE
 
-    until(is_over, 'the voice comes to its end')
+    wait_for(is_over, what='the voice comes to its end')
     recorder.close()
     return trimmed(recorder.samples)
 
