@@ -5,9 +5,9 @@
 #include "core/AppState.h"
 #include "platform/posix/TerminationSignals.h"
 #include "streaming/WebScreenServer.h"
-#include "system/CaffeineManager.h"
 #include "system/HotKeyManager.h"
 #include "ui/MainView.h"
+#include "ui/WindowServices.h"
 
 int main(int argc, char **argv)
 {
@@ -22,7 +22,7 @@ int main(int argc, char **argv)
     Platform::install(nativePlatform(QStringLiteral("Orvalen")));
     auto &platform = Platform::installed();
 
-    MainView window(AppState::shared(), WebScreenServer::shared(), CaffeineManager::shared(), *platform.urls);
+    MainView window(WindowServices::shared());
     window.show();
     // Asks the desktop, whose answer need not be waited for: a window first.
     platform.dispatch->onMain([&] { window.followColorScheme(*platform.colorScheme); });

@@ -16,9 +16,9 @@
 #include "platform/simulated/SimulatedLaptop.h"
 #include "platform/simulated/TemperatureSensorsSimulated.h"
 #include "streaming/WebScreenServer.h"
-#include "system/CaffeineManager.h"
 #include "system/HotKeyManager.h"
 #include "ui/MainView.h"
+#include "ui/WindowServices.h"
 
 namespace {
 
@@ -65,7 +65,7 @@ int main(int argc, char **argv)
     auto &platform = Platform::installed();
     auto &state = AppState::shared();
 
-    MainView window(state, WebScreenServer::shared(), CaffeineManager::shared(), *platform.urls);
+    MainView window(WindowServices::shared());
     SimulatedLaptopWindow laptopWindow(state, *laptop);
     window.followColorScheme(*platform.colorScheme);
     laptopWindow.followColorScheme(*platform.colorScheme);

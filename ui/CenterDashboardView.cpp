@@ -8,8 +8,11 @@
 #include "system/CaffeineManager.h"
 #include "ui/DashboardHomeTab.h"
 #include "ui/DashboardRules.h"
+#include "ui/DiagnosticsView.h"
 #include "ui/MultiCloneView.h"
 #include "ui/QuenmarkLogo.h"
+#include "ui/SettingsView.h"
+#include "ui/ToolsView.h"
 #include "ui/kit/ScrollArea.h"
 #include "ui/kit/TabBar.h"
 #include "ui/kit/TabButton.h"
@@ -35,9 +38,8 @@ enum Tab
 
 } // namespace
 
-CenterDashboardView::CenterDashboardView(AppState &state, WebScreenServer &webServer, CaffeineManager &caffeine,
-                                         UrlOpener &urls, QWidget *parent)
-    : Panel(neutral::window, EdgeLine::none, parent), state(state), webServer(webServer), caffeine(caffeine), urls(urls)
+CenterDashboardView::CenterDashboardView(const WindowServices &services, QWidget *parent)
+    : Panel(neutral::window, EdgeLine::none, parent), services(services), state(services.state)
 {
     setMinimumWidth(minimumColumnWidth);
     vStackIn(*this, {header(), tabBar(), hairline(), filling(content())}).spacing(0);
@@ -50,7 +52,9 @@ QWidget *CenterDashboardView::header()
                       Element(logoView(loadQuenmarkLogo(), 28), 0, Qt::AlignTop),
                       vStack({
                                  text(tr("Orvalen")).size(15).weight(QFont::Bold),
-                                 link(tr("Quenmark Technologies"), [this] { urls.open(makerSite); }).size(10).atTop(),
+                                 link(tr("Quenmark Technologies"), [this] { services.urls.open(makerSite); })
+                                     .size(10)
+                                     .atTop(),
                              })
                           .spacing(0),
                       spacer(),
@@ -63,8 +67,8 @@ QWidget *CenterDashboardView::header()
 
 QWidget *CenterDashboardView::sleepToggle()
 {
-    return symbolToggle({.off = "cup.and.saucer", .on = "cup.and.saucer.fill"}, tr("Prevent sleep"), caffeine.isActive,
-                        [this] { caffeine.toggle(); });
+    return symbolToggle({.off = "cup.and.saucer", .on = "cup.and.saucer.fill"}, tr("Prevent sleep"),
+                        services.caffeine.isActive, [this] { services.caffeine.toggle(); });
 }
 
 QWidget *CenterDashboardView::statusBadge()
@@ -126,9 +130,11 @@ void CenterDashboardView::showTab(int tag)
 void CenterDashboardView::continueOrder(const QWidget &tab)
 {
     QWidget *previous = findChildren<TabButton *>().back();
-    for (auto *control : tab.findChildren<Control *>()) {
-        setTabOrder(previous, control);
-        previous = control;
+    for (auto *widget : tab.findChildren<QWidget *>()) {
+        if (!(widget->focusPolicy() & Qt::TabFocus))
+            continue;
+        setTabOrder(previous, widget);
+        previous = widget;
     }
 }
 
@@ -138,11 +144,13 @@ QWidget *CenterDashboardView::makeTab(int tag)
     case homeTab:
         return new DashboardHomeTab(state);
     case diagnosticsTab:
+        return new DiagnosticsView(state, services.report);
     case toolsTab:
+        return new ToolsView(services.urls);
     case settingsTab:
-        return new Ground;
+        return new SettingsView(state, services.urls);
     case cloneTab:
-        return new MultiCloneView(webServer);
+        return new MultiCloneView(services.webServer, services.usbManager);
     default:
         return nullptr;
     }

@@ -2,6 +2,7 @@
 
 #include <QHash>
 
+#include "ui/WindowServices.h"
 #include "ui/kit/Builders.h"
 
 class QStackedLayout;
@@ -12,19 +13,13 @@ class TabButton;
 
 namespace orvalen {
 
-class AppState;
-class CaffeineManager;
-class UrlOpener;
-class WebScreenServer;
-
 /// The centre column: who we are and how things stand, the tabs, and the chosen tab's content.
 class CenterDashboardView : public kit::Panel
 {
     Q_OBJECT
 
 public:
-    CenterDashboardView(AppState &state, WebScreenServer &webServer, CaffeineManager &caffeine, UrlOpener &urls,
-                        QWidget *parent = nullptr);
+    explicit CenterDashboardView(const WindowServices &services, QWidget *parent = nullptr);
 
     static constexpr int minimumColumnWidth = 420;
 
@@ -40,10 +35,8 @@ private:
     QWidget *makeTab(int tag);
     void continueOrder(const QWidget &tab);
 
-    AppState &state;
-    WebScreenServer &webServer;
-    CaffeineManager &caffeine;
-    UrlOpener &urls;
+    WindowServices services;
+    AppState &state; // of these
     QStackedLayout *pages = nullptr;
     QHash<int, QWidget *> made; // tabs are made when they are first looked at
 };

@@ -7,6 +7,7 @@
 #include "ui/CenterDashboardView.h"
 #include "ui/LeftSidebarAdView.h"
 #include "ui/RightSidebarUtilityView.h"
+#include "ui/WindowServices.h"
 #include "ui/kit/Builders.h"
 #include "ui/kit/FocusRing.h"
 #include "ui/kit/Theme.h"
@@ -22,9 +23,7 @@ constexpr QSize usualSize{1000, 680};
 
 } // namespace
 
-MainView::MainView(AppState &state, WebScreenServer &webServer, CaffeineManager &caffeine, UrlOpener &urls,
-                   QWidget *parent)
-    : QWidget(parent), theme(new kit::Theme(*this))
+MainView::MainView(const WindowServices &services, QWidget *parent) : QWidget(parent), theme(new kit::Theme(*this))
 {
     setWindowTitle(tr("Orvalen"));
     setMinimumSize(smallestRow.expandedTo({smallestColumns, 0}));
@@ -33,9 +32,9 @@ MainView::MainView(AppState &state, WebScreenServer &webServer, CaffeineManager 
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
-    row->addWidget(new LeftSidebarAdView);
-    row->addWidget(new CenterDashboardView(state, webServer, caffeine, urls), 1);
-    row->addWidget(new RightSidebarUtilityView(webServer));
+    row->addWidget(new LeftSidebarAdView(services.urls));
+    row->addWidget(new CenterDashboardView(services), 1);
+    row->addWidget(new RightSidebarUtilityView(services.webServer, services.usbManager, services.urls));
 
     new kit::FocusRing(*this);
     setFocus(); // no control has the keyboard before it is asked for

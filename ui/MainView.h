@@ -4,11 +4,8 @@
 
 namespace orvalen {
 
-class AppState;
-class CaffeineManager;
 class ColorScheme;
-class UrlOpener;
-class WebScreenServer;
+struct WindowServices;
 
 namespace kit {
 class Theme;
@@ -20,9 +17,7 @@ class MainView : public QWidget
     Q_OBJECT
 
 public:
-    /// Everything must outlive the window.
-    MainView(AppState &state, WebScreenServer &webServer, CaffeineManager &caffeine, UrlOpener &urls,
-             QWidget *parent = nullptr);
+    explicit MainView(const WindowServices &services, QWidget *parent = nullptr);
 
     /// Light or dark as the desktop says. Without this, as the system's palette looks.
     void followColorScheme(ColorScheme &scheme);

@@ -1,5 +1,6 @@
 #include "ui/MultiCloneView.h"
 
+#include "mirroring/USBMirrorManager.h"
 #include "streaming/WebScreenServer.h"
 #include "ui/StreamRules.h"
 
@@ -14,7 +15,8 @@ constexpr int codeSize = 100;
 
 } // namespace
 
-MultiCloneView::MultiCloneView(WebScreenServer &webServer, QWidget *parent) : Ground(parent), webServer(webServer)
+MultiCloneView::MultiCloneView(WebScreenServer &webServer, USBMirrorManager &usbManager, QWidget *parent)
+    : Ground(parent), webServer(webServer), usbManager(usbManager)
 {
     vStackIn(*this,
              {
@@ -22,6 +24,7 @@ MultiCloneView::MultiCloneView(WebScreenServer &webServer, QWidget *parent) : Gr
                  permissionWarning(),
                  webMirrorCard(),
                  tetheringCard(),
+                 sidecarCard(),
                  blindVoiceCard(),
                  spacer(),
              })
@@ -59,6 +62,8 @@ QWidget *MultiCloneView::permissionWarning()
                                      note(tr("Toggle Orvalen ON in System Settings to enable streaming.")),
                                  })
                                  .spacing(1)),
+                         smallButton(tr("Open Settings ↗"), [this] { usbManager.openScreenRecordingSettings(); })
+                             .color(accent::orange),
                      })
                      .spacing(10),
              })
@@ -153,7 +158,11 @@ QWidget *MultiCloneView::tetheringCard()
         .description = tr("Connect phone with USB cable & turn on USB Tethering. Zero Wi-Fi or router needed."),
         .ctaText = tr("Refresh USB Status"),
         .ctaColor = accent::blue,
-        .action = [this] { webServer.refreshIPs(); },
+        .action =
+            [this] {
+                webServer.refreshIPs();
+                usbManager.scanConnectedDevices();
+            },
         .extraContent = bridgeState(),
     });
 }
@@ -187,6 +196,21 @@ QWidget *MultiCloneView::bridgeState()
                })
         .spacing(0)
         .padding(0, 4, 0, 0);
+}
+
+QWidget *MultiCloneView::sidecarCard()
+{
+    return methodCard({
+        .number = 3,
+        .title = tr("Apple Sidecar / AirPlay USB Mirror"),
+        .badge = tr("RETINA QUALITY"),
+        .badgeColor = accent::purple,
+        .icon = "ipad.and.iphone",
+        .description = tr("Use iPad as a zero-latency secondary screen via USB-C or AirPlay to any TV/Mac."),
+        .ctaText = tr("Open Displays Settings ↗"),
+        .ctaColor = accent::purple,
+        .action = [this] { usbManager.openDisplaysSettings(); },
+    });
 }
 
 QWidget *MultiCloneView::blindVoiceCard()

@@ -4,6 +4,7 @@
 
 namespace orvalen {
 
+class USBMirrorManager;
 class WebScreenServer;
 
 /// The tab "Screen Clone": the ways to see the desktop elsewhere when the screen has gone black.
@@ -12,7 +13,7 @@ class MultiCloneView : public kit::Ground
     Q_OBJECT
 
 public:
-    explicit MultiCloneView(WebScreenServer &webServer, QWidget *parent = nullptr);
+    MultiCloneView(WebScreenServer &webServer, USBMirrorManager &usbManager, QWidget *parent = nullptr);
 
 private:
     /// What is on a card. `extraContent` stands below the button.
@@ -35,6 +36,7 @@ private:
     static QWidget *methodCard(const Method &method);
     QWidget *webMirrorCard();
     QWidget *tetheringCard();
+    QWidget *sidecarCard();
     QWidget *blindVoiceCard();
 
     QWidget *streamAddresses();
@@ -42,6 +44,7 @@ private:
     QWidget *bridgeState();
 
     WebScreenServer &webServer;
+    USBMirrorManager &usbManager;
 };
 
 } // namespace orvalen

@@ -1,18 +1,37 @@
 #include "ui/RightSidebarUtilityView.h"
 
+#include "core/MakerSite.h"
+#include "mirroring/USBMirrorManager.h"
+#include "platform/UrlOpener.h"
 #include "streaming/WebScreenServer.h"
 #include "ui/StreamRules.h"
+#include "ui/kit/ScrollArea.h"
 
 namespace orvalen {
 
 using namespace kit;
 using Rules = StreamRules;
 
-RightSidebarUtilityView::RightSidebarUtilityView(WebScreenServer &webServer, QWidget *parent)
-    : Panel(neutral::panel, EdgeLine::leading, parent), webServer(webServer)
+RightSidebarUtilityView::RightSidebarUtilityView(WebScreenServer &webServer, USBMirrorManager &usbManager,
+                                                 UrlOpener &urls, QWidget *parent)
+    : Panel(neutral::panel, EdgeLine::leading, parent), webServer(webServer), usbManager(usbManager), urls(urls)
 {
     setFixedWidth(columnWidth);
-    vStackIn(*this, {header(), streamButton(), usbSection(), wifiSection(), spacer()}).spacing(9).padding(12);
+    auto *column = new Ground;
+    vStackIn(*column,
+             {
+                 header(),
+                 hotKeyReminder(),
+                 streamButton(),
+                 usbSection(),
+                 wifiSection(),
+                 settingsShortcuts(),
+                 spacer(),
+                 promotion(),
+             })
+        .spacing(9)
+        .padding(12);
+    vStackIn(*this, {filling(new ScrollArea(column))});
 }
 
 QWidget *RightSidebarUtilityView::header()
@@ -31,6 +50,19 @@ QWidget *RightSidebarUtilityView::header()
                       note(tr("Works completely offline without Wi-Fi, Router or Active Internet.")).size(10),
                   })
         .spacing(5);
+}
+
+QWidget *RightSidebarUtilityView::hotKeyReminder()
+{
+    return card({
+                    hStack({
+                        symbol("eye.slash.fill", 13).color(accent::orange),
+                        filling(caption(tr("BLANK SCREEN HOTKEY:")).color(accent::orange).wrapped()),
+                    }),
+                    leading(keyBadge(tr("⌘ + ⌥ + M"), accent::orange)),
+                })
+        .spacing(5)
+        .padding(10, 9);
 }
 
 QWidget *RightSidebarUtilityView::streamButton()
@@ -79,6 +111,39 @@ QWidget *RightSidebarUtilityView::wifiSection()
                 })
         .spacing(6)
         .padding(10);
+}
+
+QWidget *RightSidebarUtilityView::settingsShortcuts()
+{
+    constexpr const char *elsewhere = "arrow.up.forward.app";
+    return vStack({
+                      caption(tr("SYSTEM SETTINGS JUMP")).size(9).wrapped(),
+                      rowButton({"display", elsewhere}, tr("Displays & Mirroring"),
+                                [this] { usbManager.openDisplaysSettings(); })
+                          .color(accent::blue),
+                      rowButton({"record.circle", elsewhere}, tr("Screen Recording Access"),
+                                [this] { usbManager.openScreenRecordingSettings(); })
+                          .color(accent::red),
+                  })
+        .spacing(9)
+        .padding(0, 2, 0, 0);
+}
+
+QWidget *RightSidebarUtilityView::promotion()
+{
+    const auto heading = tr("Servers and engineers, rented");
+    return card({
+                    text(heading).size(11).weight(QFont::DemiBold).wrapped(),
+                    note(tr("Quenmark hosts what you build, and helps you build it.")).size(10),
+                    leading(link(tr("Talk to us ↗"), [this] { urls.open(sitePage(makerSite, "contact")); })
+                                .size(10)
+                                .weight(QFont::DemiBold)
+                                .color(accent::indigo)
+                                .about(heading)),
+                })
+        .tint(accent::indigo, 8)
+        .spacing(2)
+        .padding(10, 10, 10, 5);
 }
 
 } // namespace orvalen

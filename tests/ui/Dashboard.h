@@ -4,10 +4,14 @@
 #include <QApplication>
 #include <QWidget>
 
+#include "mirroring/USBMirrorManager.h"
 #include "system/CaffeineManager.h"
 #include "tests/support/FakeMachine.h"
+#include "tests/support/MirroringFakes.h"
 #include "tests/support/PowerFakes.h"
+#include "tests/support/ReportFakes.h"
 #include "ui/MainView.h"
+#include "ui/WindowServices.h"
 
 namespace orvalen::test {
 
@@ -21,7 +25,14 @@ struct Dashboard
     WebScreenServer webServer{machine.streamServices(bridges)};
     FakePowerAssertions power;
     CaffeineManager caffeine{power};
-    MainView window{state, webServer, caffeine, machine.urls};
+    FakeUsbTree usb;
+    FakeSettingsPages settingsPages;
+    USBMirrorManager usbManager{{machine.world, usb, settingsPages}};
+    ReportDiary reportDiary;
+    FakeLocalisedDates dates{reportDiary};
+    FakeDocuments documents{reportDiary};
+    WindowServices services{state, webServer, usbManager, caffeine, machine.urls, {engine, dates, documents}};
+    MainView window{services};
 
     void setBridge(double celsius, double soc = 0.0)
     {

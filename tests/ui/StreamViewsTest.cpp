@@ -316,7 +316,7 @@ TEST_F(Stream, whatIsShownFromTheStartIsNoWindowOfItsOwn)
     machine.captureAccess.granted = false;
     webServer.isRunning = true;
     webServer.refreshIPs();
-    const MultiCloneView another(webServer);
+    const MultiCloneView another(webServer, usbManager);
     for (const auto *widget : QApplication::topLevelWidgets())
         EXPECT_TRUE(widget == &window || !widget->isVisible()) << widget->metaObject()->className();
 }
@@ -405,7 +405,7 @@ TEST_F(Stream, theViewsLetGoOfTheStreamWithTheWindow)
     const auto followers = [this] { return webServer.isRunning.subscriberCount(); };
     const auto before = followers();
     {
-        MainView another(state, webServer, caffeine, machine.urls);
+        const MainView another(services);
         EXPECT_GT(followers(), before);
     }
     EXPECT_EQ(followers(), before);

@@ -109,6 +109,23 @@ int main(int argc, char *argv[])
         }
     }
 
+    for (const auto &[tag, tab] : {std::pair{1, "diagnostics"}, {2, "tools"}, {3, "settings"}}) {
+        dashboard.state.selectedTab = tag;
+        dashboard.state.reportStatus = "Saved to Desktop & Opened in Safari!";
+        for (const bool dark : {false, true}) {
+            scheme.receive(dark ? 1 : 2);
+            for (const auto &[width, height] : {std::pair{815, 560}, {1000, 680}, {1600, 840}}) {
+                dashboard.window.resize(width, height);
+                dashboard.settle();
+                QThread::msleep(250); // what fades has faded
+                dashboard.settle();
+                const auto name = QStringLiteral("%1/%2-%3-%4.png").arg(folder, tab, dark ? "dark" : "light");
+                if (!dashboard.window.grab().save(name.arg(width)))
+                    return 1;
+            }
+        }
+    }
+
     dashboard.state.selectedTab = 0;
     dashboard.window.resize(1000, 680);
     dashboard.window.activateWindow();

@@ -5,6 +5,7 @@
 
 #include "ui/kit/Control.h"
 #include "ui/kit/QRCodeView.h"
+#include "ui/kit/Slider.h"
 
 namespace orvalen::kit {
 
@@ -60,10 +61,55 @@ private:
     Control &control;
 };
 
+/// A slider speaks of its setting's own values, not of places.
+class AccessibleSlider : public QAccessibleWidget, public QAccessibleValueInterface
+{
+public:
+    explicit AccessibleSlider(Slider &slider) : QAccessibleWidget(&slider, QAccessible::Slider), slider(slider) {}
+
+    void *interface_cast(QAccessible::InterfaceType type) override
+    {
+        if (type == QAccessible::ValueInterface)
+            return static_cast<QAccessibleValueInterface *>(this);
+        return QAccessibleWidget::interface_cast(type);
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Value ? slider.valueText() : QAccessibleWidget::text(kind);
+    }
+
+    QVariant currentValue() const override { return slider.value(); }
+    QVariant minimumValue() const override { return slider.scale().from; }
+    QVariant maximumValue() const override { return slider.scale().to; }
+    QVariant minimumStepSize() const override { return slider.scale().step; }
+    void setCurrentValue(const QVariant &value) override { slider.choose(slider.scale().nearest(value.toDouble())); }
+
+    QStringList actionNames() const override
+    {
+        return QStringList{increaseAction(), decreaseAction()} + QAccessibleWidget::actionNames();
+    }
+
+    void doAction(const QString &name) override
+    {
+        if (name == increaseAction())
+            slider.move(1);
+        else if (name == decreaseAction())
+            slider.move(-1);
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
+private:
+    Slider &slider;
+};
+
 QAccessibleInterface *makeInterface(const QString &, QObject *object)
 {
     if (auto *control = qobject_cast<Control *>(object))
         return new AccessibleControl(*control);
+    if (auto *slider = qobject_cast<Slider *>(object))
+        return new AccessibleSlider(*slider);
     if (auto *code = qobject_cast<QRCodeView *>(object))
         return new QAccessibleWidget(code, QAccessible::Graphic);
     return nullptr;
@@ -80,6 +126,12 @@ void installAccessibility()
 void announceName(QWidget &widget)
 {
     QAccessibleEvent event(&widget, QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&event);
+}
+
+void announceValue(QWidget &widget, double value)
+{
+    QAccessibleValueChangeEvent event(&widget, value);
     QAccessible::updateAccessibility(&event);
 }
 

@@ -10,6 +10,9 @@ void installAccessibility();
 /// Tells screen readers that the name of `widget` is another one now.
 void announceName(QWidget &widget);
 
+/// Tells them that a slider stands elsewhere.
+void announceValue(QWidget &widget, double value);
+
 /// As announceName, and asks for it to be said at once.
 void announceAlert(QWidget &widget);
 

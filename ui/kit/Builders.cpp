@@ -18,7 +18,7 @@ protected:
 };
 
 template <typename Widget>
-Widget *filled(Widget *widget, QBoxLayout::Direction direction, Elements elements, Qt::Alignment usualAlignment)
+Widget *filled(Widget *widget, QBoxLayout::Direction direction, const Elements &elements, Qt::Alignment usualAlignment)
 {
     auto *layout = new QBoxLayout(direction, widget);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -100,22 +100,22 @@ CardBuilt CardBuilt::radius(int pixels) const
     return *this;
 }
 
-Container<QWidget> vStack(Elements elements)
+Container<QWidget> vStack(const Elements &elements)
 {
     return Container<QWidget>(filled(new QWidget, QBoxLayout::TopToBottom, elements, {}));
 }
 
-Container<QWidget> vStackIn(QWidget &widget, Elements elements)
+Container<QWidget> vStackIn(QWidget &widget, const Elements &elements)
 {
     return Container<QWidget>(filled(&widget, QBoxLayout::TopToBottom, elements, {}));
 }
 
-Container<QWidget> hStack(Elements elements)
+Container<QWidget> hStack(const Elements &elements)
 {
     return Container<QWidget>(filled(new QWidget, QBoxLayout::LeftToRight, elements, Qt::AlignVCenter));
 }
 
-Container<QWidget> grid(int columns, Elements elements)
+Container<QWidget> grid(int columns, const Elements &elements)
 {
     auto *widget = new QWidget;
     auto *layout = new QGridLayout(widget);
@@ -133,7 +133,7 @@ Container<QWidget> grid(int columns, Elements elements)
     return Container<QWidget>(widget);
 }
 
-CardBuilt card(Elements elements)
+CardBuilt card(const Elements &elements)
 {
     CardBuilt built(filled(new Card, QBoxLayout::TopToBottom, elements, {}));
     built.padding(12);
@@ -185,6 +185,12 @@ Text Text::wrapped() const
 Text Text::elided(Qt::TextElideMode mode) const
 {
     widget->setElided(mode);
+    return *this;
+}
+
+Text Text::announced() const
+{
+    widget->setAnnounced();
     return *this;
 }
 
@@ -306,6 +312,18 @@ Link Link::symbol(const QString &name) const
     return *this;
 }
 
+Link Link::leadingSymbol(const QString &name) const
+{
+    widget->setLeadingSymbol(name);
+    return *this;
+}
+
+Link Link::about(const QString &what) const
+{
+    widget->setAccessibleDescription(what);
+    return *this;
+}
+
 Link Link::atTop() const
 {
     widget->setTextAtTop(true);
@@ -377,6 +395,36 @@ Small smallButton(const QString &label, Action action)
     button->setText(label);
     onPress(button, std::move(action));
     return Small(button);
+}
+
+Row Row::color(const Accent &accent) const
+{
+    widget->setAccent(accent);
+    return *this;
+}
+
+Row rowButton(const RowButton::Symbols &symbols, const QString &title, Action action)
+{
+    auto *button = new RowButton(symbols, title);
+    onPress(button, std::move(action));
+    return Row(button);
+}
+
+Sliding Sliding::color(const Accent &accent) const
+{
+    widget->setAccent(accent);
+    return *this;
+}
+
+Sliding slider(Published<double> &setting, const SliderScale &scale, const QString &name,
+               const Live<QString> &valueText)
+{
+    auto *slider = new Slider(scale);
+    slider->setAccessibleName(name);
+    valueText.follow(*slider, [slider](const QString &text) { slider->setValueText(text); });
+    Live<double>(setting).follow(*slider, [slider](double value) { slider->setValue(value); });
+    QObject::connect(slider, &Slider::chosen, slider, [&setting](double value) { setting = value; });
+    return Sliding(slider);
 }
 
 Built<Toggle> toggle(Published<bool> &setting, const QString &name, const QString &description)

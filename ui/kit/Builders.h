@@ -4,7 +4,6 @@
 #include <QWidget>
 
 #include <functional>
-#include <initializer_list>
 #include <optional>
 #include <vector>
 
@@ -17,6 +16,8 @@
 #include "ui/kit/LinkLabel.h"
 #include "ui/kit/Live.h"
 #include "ui/kit/QRCodeView.h"
+#include "ui/kit/RowButton.h"
+#include "ui/kit/Slider.h"
 #include "ui/kit/SmallButton.h"
 #include "ui/kit/SymbolLabel.h"
 #include "ui/kit/SymbolToggle.h"
@@ -59,7 +60,7 @@ public:
     int stretch = 0;
     Qt::Alignment alignment;
 };
-using Elements = std::initializer_list<Element>;
+using Elements = std::vector<Element>;
 
 Element spacer();                 ///< Takes the room that is left.
 Element filling(QWidget *widget); ///< As wide (or high) as there is room.
@@ -89,11 +90,11 @@ public:
     CardBuilt radius(int pixels) const;
 };
 
-Container<QWidget> vStack(Elements elements);
-Container<QWidget> vStackIn(QWidget &widget, Elements elements); ///< Fills a widget that is there already.
-Container<QWidget> hStack(Elements elements);                    ///< Its elements are centred on one line.
-Container<QWidget> grid(int columns, Elements elements);         ///< Columns of one width.
-CardBuilt card(Elements elements);                               ///< A vertical stack on a card.
+Container<QWidget> vStack(const Elements &elements);
+Container<QWidget> vStackIn(QWidget &widget, const Elements &elements); ///< Fills a widget that is there already.
+Container<QWidget> hStack(const Elements &elements);                    ///< Its elements are centred on one line.
+Container<QWidget> grid(int columns, const Elements &elements);         ///< Columns of one width.
+CardBuilt card(const Elements &elements);                               ///< A vertical stack on a card.
 
 class Text : public Built<TextLabel>
 {
@@ -107,6 +108,7 @@ public:
     Text centred() const;
     Text wrapped() const;
     Text elided(Qt::TextElideMode mode = Qt::ElideRight) const;
+    Text announced() const; ///< Said by screen readers when it changes.
 };
 
 Text text(const Live<QString> &content);    ///< 12 px.
@@ -147,8 +149,10 @@ public:
     Link size(int pixels) const;
     Link weight(int weight) const;
     Link color(const Accent &accent) const;
-    Link symbol(const QString &name) const; ///< After the text.
-    Link atTop() const;                     ///< The text at the upper edge of what can be hit.
+    Link symbol(const QString &name) const;        ///< After the text.
+    Link leadingSymbol(const QString &name) const; ///< Before it.
+    Link atTop() const;                            ///< The text at the upper edge of what can be hit.
+    Link about(const QString &what) const;         ///< Tells links of one name apart, to screen readers.
 };
 
 Link link(const Live<QString> &label, Action action);
@@ -175,6 +179,28 @@ public:
 };
 
 Small smallButton(const QString &label, Action action);
+
+/// A full-width row that leads somewhere.
+class Row : public Built<RowButton>
+{
+public:
+    using Built<RowButton>::Built;
+    Row color(const Accent &accent) const; ///< Of the leading symbol.
+};
+
+Row rowButton(const RowButton::Symbols &symbols, const QString &title, Action action);
+
+class Sliding : public Built<Slider>
+{
+public:
+    using Built<Slider>::Built;
+    Sliding color(const Accent &accent) const;
+};
+
+/// A slider for a setting, both ways; the setting changes by a person's hand only. `name` and `valueText` are for
+/// screen readers.
+Sliding slider(Published<double> &setting, const SliderScale &scale, const QString &name,
+               const Live<QString> &valueText);
 
 /// A switch for a setting, both ways. `name` and `description` are for screen readers.
 Built<Toggle> toggle(Published<bool> &setting, const QString &name, const QString &description = {});

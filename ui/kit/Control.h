@@ -3,11 +3,12 @@
 #include <QAbstractButton>
 #include <QAccessible>
 
+#include "ui/kit/Outlined.h"
+
 namespace orvalen::kit {
 
-/// Whatever can be pressed: reacts to pointer, Space and Enter, and says how it wants to be framed while it has the
-/// keyboard.
-class Control : public QAbstractButton
+/// Whatever can be pressed: reacts to pointer, Space and Enter.
+class Control : public QAbstractButton, public Outlined
 {
     Q_OBJECT
 
@@ -19,13 +20,7 @@ public:
     /// What the control shows in words.
     [[nodiscard]] virtual QString label() const { return text(); }
 
-    /// The part that the focus ring goes around, and how round that is.
-    struct Outline
-    {
-        QRect rect;
-        int radius = 0;
-    };
-    [[nodiscard]] virtual Outline outline() const { return {rect(), 6}; }
+    [[nodiscard]] Outline outline() const override { return {rect(), 6}; }
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-#include "ui/kit/Control.h"
+#include "ui/kit/Outlined.h"
 #include "ui/kit/Shade.h"
 
 namespace orvalen::kit {
@@ -76,8 +76,8 @@ void FocusRing::place()
         hide();
         return;
     }
-    const auto *own = qobject_cast<Control *>(control);
-    const auto outline = own ? own->outline() : Control::Outline{control->rect(), 4};
+    const auto *own = dynamic_cast<Outlined *>(control.data());
+    const auto outline = own ? own->outline() : Outlined::Outline{control->rect(), 4};
     radius = outline.radius + distance;
     constexpr int reach = distance + thickness;
     setGeometry(QRect(control->mapTo(parentWidget(), outline.rect.topLeft()), outline.rect.size())

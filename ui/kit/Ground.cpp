@@ -55,6 +55,22 @@ void ShadowCaster::updateShadow(QWidget &caster)
         ground->update();
 }
 
+Shadow cardShadow(int radius)
+{
+    return {.offset = 1, .blur = 2, .radius = radius, .shade = {qRgba(0, 0, 0, 15), qRgba(0, 0, 0, 0)}};
+}
+
+void paintCard(QPainter &painter, const QWidget &widget, int radius, const Shade &tint)
+{
+    const auto place = widget.rect();
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(over(tint.in(widget), neutral::card.in(widget)));
+    painter.drawRoundedRect(place, radius, radius);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(neutral::edge.in(widget));
+    painter.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+}
+
 bool Ground::event(QEvent *event)
 {
     const bool result = QWidget::event(event);
@@ -119,19 +135,14 @@ void Card::setRadius(int newRadius)
 
 Shadow Card::shadow() const
 {
-    return {.offset = 1, .blur = 2, .radius = radius, .shade = {qRgba(0, 0, 0, 15), qRgba(0, 0, 0, 0)}};
+    return cardShadow(radius);
 }
 
 void Card::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(over(tint.in(*this), neutral::card.in(*this)));
-    painter.drawRoundedRect(rect(), radius, radius);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(neutral::edge.in(*this));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+    paintCard(painter, *this, radius, tint);
     paintShadows(painter);
 }
 

@@ -17,6 +17,10 @@ struct Shadow
     Shade shade;
 };
 
+/// That of a card, and a card itself: a rounded rectangle with an edge, of one colour but for its tint.
+[[nodiscard]] Shadow cardShadow(int radius);
+void paintCard(QPainter &painter, const QWidget &widget, int radius, const Shade &tint);
+
 /// A widget that throws a shadow. The ground on which it lies paints it, since a widget cannot paint beyond itself.
 class ShadowCaster
 {

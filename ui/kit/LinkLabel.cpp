@@ -14,6 +14,8 @@ namespace {
 
 constexpr int smallestTarget = 24;
 constexpr int symbolGap = 3;
+constexpr int leadingSize = 13;
+constexpr int leadingGap = 6;
 
 } // namespace
 
@@ -58,6 +60,15 @@ void LinkLabel::setSymbol(const QString &symbol)
     update();
 }
 
+void LinkLabel::setLeadingSymbol(const QString &symbol)
+{
+    if (leadingName == symbol)
+        return;
+    leadingName = symbol;
+    updateGeometry();
+    update();
+}
+
 void LinkLabel::setTextAtTop(bool atTop)
 {
     isTextAtTop = atTop;
@@ -69,11 +80,20 @@ int LinkLabel::symbolSize() const
     return type.size * 4 / 5;
 }
 
+int LinkLabel::leadingRoom() const
+{
+    return leadingName.isEmpty() ? 0 : leadingSize + leadingGap;
+}
+
+int LinkLabel::trailingRoom() const
+{
+    return symbolName.isEmpty() ? 0 : symbolGap + symbolSize();
+}
+
 QSize LinkLabel::sizeHint() const
 {
     const auto font = type.font(*this);
-    const int symbolRoom = symbolName.isEmpty() ? 0 : symbolGap + symbolSize();
-    return {textWidth(font, text) + symbolRoom, std::max(lineHeight(font), smallestTarget)};
+    return {leadingRoom() + textWidth(font, text) + trailingRoom(), std::max(lineHeight(font), smallestTarget)};
 }
 
 QSize LinkLabel::minimumSizeHint() const
@@ -94,23 +114,19 @@ void LinkLabel::paintEvent(QPaintEvent *)
     font.setUnderline(underMouse() || hasFocus());
     const auto shade = color.in(*this);
     const auto place = textPlace();
-    const int symbolRoom = symbolName.isEmpty() ? 0 : symbolGap + symbolSize();
-    auto textRect = place;
-    if (isRightToLeft())
-        textRect.setLeft(textRect.left() + symbolRoom);
-    else
-        textRect.setRight(textRect.right() - symbolRoom);
+    const auto within = [&](const QRect &part) { return QStyle::visualRect(layoutDirection(), place, part); };
+    const auto square = [&](int x, int size) { return within({x, place.center().y() - size / 2, size, size}); };
+    const auto textRect = within(place.adjusted(leadingRoom(), 0, -trailingRoom(), 0));
 
     QPainter painter(this);
     painter.setFont(font);
     painter.setPen(shade);
     painter.drawText(textRect, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine,
                      QFontMetrics(font).elidedText(text, Qt::ElideRight, textRect.width()));
-    if (symbolRoom) {
-        const int x = isRightToLeft() ? place.left() : place.right() + 1 - symbolSize();
-        paintSymbol(painter, QRect(x, place.center().y() - symbolSize() / 2, symbolSize(), symbolSize()), symbolName,
-                    shade);
-    }
+    if (!leadingName.isEmpty())
+        paintSymbol(painter, square(place.left(), leadingSize), leadingName, shade);
+    if (!symbolName.isEmpty())
+        paintSymbol(painter, square(place.right() + 1 - symbolSize(), symbolSize()), symbolName, shade);
 }
 
 } // namespace orvalen::kit

@@ -20,6 +20,7 @@ public:
     void setType(const Type &type);
     void setShade(const Shade &shade);
     void setSymbol(const QString &symbol); ///< Follows the text, a fifth smaller.
+    void setLeadingSymbol(const QString &symbol);
     void setTextAtTop(bool atTop);
 
     [[nodiscard]] const Shade &shade() const { return color; }
@@ -37,9 +38,12 @@ protected:
 private:
     [[nodiscard]] QRect textPlace() const;
     [[nodiscard]] int symbolSize() const;
+    [[nodiscard]] int leadingRoom() const;
+    [[nodiscard]] int trailingRoom() const;
 
     QString text;
     QString symbolName;
+    QString leadingName;
     Type type;
     Shade color = accent::blue.ink;
     bool isTextAtTop = false;

@@ -10,6 +10,8 @@
 #include <cmath>
 #include <limits>
 
+#include "ui/kit/Accessibility.h"
+
 namespace orvalen::kit {
 
 namespace {
@@ -38,6 +40,16 @@ TextLabel::TextLabel(QWidget *parent) : QLabel(parent)
 {
     setTextFormat(Qt::PlainText);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+}
+
+void TextLabel::setText(const QString &newText)
+{
+    if (text() == newText)
+        return;
+    QLabel::setText(newText);
+    if (isAnnounced) // once it is there to be read
+        QMetaObject::invokeMethod(
+            this, [this] { announceAlert(*this); }, Qt::QueuedConnection);
 }
 
 void TextLabel::setType(const Type &newType)

@@ -19,10 +19,14 @@ public:
     explicit TextLabel(QWidget *parent = nullptr);
 
     /// Each does nothing where nothing changes.
+    void setText(const QString &text);
     void setType(const Type &type);
     void setShade(const Shade &shade);
     void setWraps(bool wraps);
     void setElided(Qt::TextElideMode mode); ///< Shortens the one line that does not fit.
+
+    /// From now on screen readers say another text at once.
+    void setAnnounced() { isAnnounced = true; }
 
     [[nodiscard]] const Type &type() const { return textType; }
     [[nodiscard]] const Shade &shade() const { return textShade; }
@@ -51,6 +55,7 @@ private:
     Type textType;
     Shade textShade = neutral::text;
     Qt::TextElideMode elideMode = Qt::ElideNone;
+    bool isAnnounced = false;
 };
 
 } // namespace orvalen::kit
