@@ -33,9 +33,9 @@ from dataclasses import dataclass
 import numpy
 
 REACH = 2  # pixels
-HEIGHT, WIDTH, STEP = 16, 24, 8  # of a window, pixels
-FAINTEST = 6.7  # levels of 255: a difference of one level on plain ground makes just the limit
-LIMIT = 0.15
+SIDE, STEP = 12, 4  # of a window, pixels
+FAINTEST = 5.0  # levels of 255: one level on plain ground stays below the limit, two exceed it
+LIMIT = 0.25
 
 
 @dataclass
@@ -73,7 +73,7 @@ def strangeness(seen, reference):
 
     # Only where something differs is it worth trying all shifts.
     top, bottom, left, right = rows.min(), rows.max() + 1, columns.min(), columns.max() + 1
-    part = slice(top * STEP, (bottom - 1) * STEP + HEIGHT), slice(left * STEP, (right - 1) * STEP + WIDTH)
+    part = slice(top * STEP, (bottom - 1) * STEP + SIDE), slice(left * STEP, (right - 1) * STEP + SIDE)
     best = strange[top:bottom, left:right]
     for dy in range(-REACH, REACH + 1):
         for dx in range(-REACH, REACH + 1):
@@ -85,7 +85,7 @@ def strangeness(seen, reference):
 def _filled_up(picture):
     """Continued to the right and below, so that windows cover all of it."""
     height, width = picture.shape[:2]
-    return numpy.pad(picture, ((0, -(height - HEIGHT) % STEP), (0, -(width - WIDTH) % STEP), (0, 0)), mode='edge')
+    return numpy.pad(picture, ((0, -(height - SIDE) % STEP), (0, -(width - SIDE) % STEP), (0, 0)), mode='edge')
 
 
 def _softened(picture):
@@ -103,10 +103,10 @@ def _means(values):
     """The mean over each window."""
     total = numpy.zeros((values.shape[0] + 1, values.shape[1] + 1))
     values.cumsum(0, dtype=float).cumsum(1, out=total[1:, 1:])
-    top = numpy.arange(0, values.shape[0] - HEIGHT + 1, STEP)[:, None]
-    left = numpy.arange(0, values.shape[1] - WIDTH + 1, STEP)[None, :]
-    bottom, right = top + HEIGHT, left + WIDTH
-    return (total[bottom, right] - total[top, right] - total[bottom, left] + total[top, left]) / (HEIGHT * WIDTH)
+    top = numpy.arange(0, values.shape[0] - SIDE + 1, STEP)[:, None]
+    left = numpy.arange(0, values.shape[1] - SIDE + 1, STEP)[None, :]
+    bottom, right = top + SIDE, left + SIDE
+    return (total[bottom, right] - total[top, right] - total[bottom, left] + total[top, left]) / SIDE ** 2
 
 
 def _difference(a, b):

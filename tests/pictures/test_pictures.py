@@ -19,7 +19,7 @@ def keep(picture, seen, faults):
     """Puts what was seen into a file, a red dot at every fault."""
     marked = seen.copy()
     for fault in faults:
-        y, x = fault.y + likeness.HEIGHT // 2, fault.x + likeness.WIDTH // 2
+        y, x = fault.y + likeness.SIDE // 2, fault.x + likeness.SIDE // 2
         marked[y - 1:y + 2, x - 1:x + 2] = RED
     FAILED.mkdir(parents=True, exist_ok=True)
     for name, content in ((picture.name, seen), (picture.name + '-marked', marked)):

@@ -107,7 +107,8 @@ class Window:
         self._heat(state.bridge)
         self._plug_charger(state.charger)
         self.desktop.choose('orvalen', smartModeEnabled=str(state.shield).lower())
-        self.reported = False
+        self.standing = None  # what has been brought about so far, so that it need not be asked for
+        self.streaming = self.reported = False
         self.may_capture = state.may_capture
         # Nobody may take pictures of a Wayland session's screen.
         session = 'x11' if state.may_capture else 'wayland'
@@ -120,7 +121,7 @@ class Window:
 
     def _stop(self):
         if self.process:
-            if self.desktop.controls.shows(STOP):
+            if self.streaming:
                 self._press(STOP, START)
             end(self.process, 20)
             self.process = None
@@ -159,6 +160,9 @@ class Window:
 
     def _stand(self, state):
         """Readings and shield as that state has them, and no warm-up."""
+        wanted = state.bridge, state.charger, state.shield
+        if self.standing == wanted:
+            return
         self._open('Dashboard')
         if state.bridge < 40.0:
             self._set_shield(state.shield)
@@ -168,9 +172,11 @@ class Window:
         self.desktop.controls.wait('AC Adapter' if state.charger else '64% Battery', 30)
         self.desktop.controls.wait(WARMUP, 30)
         self._set_shield(state.shield)
+        self.standing = wanted
 
     def _warm_up(self):
         """A warm-up that stands still at 57 % until its time limit, which is 15 s away."""
+        self.standing = None
         self._open('Dashboard')
         for _ in range(3):
             if self._is_half_warm():
@@ -196,8 +202,9 @@ class Window:
     def _stream(self, state):
         if not state.may_capture:
             return
-        if self.desktop.controls.shows(STOP) != state.streaming:
+        if self.streaming != state.streaming:
             self._press(*((START, STOP) if state.streaming else (STOP, START)))
+            self.streaming = state.streaming
         if ('en5' in self.interfaces) != state.phone:
             if state.phone:
                 self.interfaces['en5'] = Interface('en5', '172.20.10.2/28')
