@@ -1,13 +1,12 @@
 """What the window looks like, in its main states. `renew` takes the references anew."""
-from pathlib import Path
-
+import numpy
 import pytest
 
 import likeness
 import png
 import private_machine
 from states import PICTURES
-from window import REFERENCES, ROOT
+from window import HERE, REFERENCES, ROOT, Window
 
 pytestmark = private_machine.needed
 
@@ -52,3 +51,24 @@ def test_the_window_looks_as_ever(window, picture):
 
 def test_every_reference_is_of_a_picture_that_is_taken():
     assert {file.stem for file in REFERENCES.glob('*.png')} == {picture.name for picture in PICTURES}
+
+
+@pytest.fixture
+def other_window(tmp_path):
+    """The program once more, on a desktop whose fonts are drawn in another way: without hints, for the dots of a screen."""
+    fonts = (HERE / 'fonts.conf').read_text()
+    for usual, other in (('hintslight', 'hintnone'), ('<const>none</const>', '<const>rgb</const>')):
+        assert fonts.count(usual) == 1
+        fonts = fonts.replace(usual, other)
+    (tmp_path / 'fonts.conf').write_text(fonts)
+    with Window(tmp_path / 'fonts.conf') as other:
+        yield other
+
+
+def test_it_is_no_matter_how_fonts_are_drawn(other_window):
+    picture = next(picture for picture in PICTURES if picture.name == 'clone-stopped-light')
+    reference = png.read(REFERENCES / (picture.name + '.png'))
+    other_window.show(picture)
+    *_, seen = other_window.shots(picture)
+    assert numpy.abs(seen.astype(int) - reference).max() > 40, 'drawn in no other way'
+    assert likeness.faults(seen, reference) == []

@@ -49,6 +49,10 @@ class Interface:
         self._ip('link', 'delete', self.name)
 
     @staticmethod
+    def is_there(name):
+        return subprocess.run(['ip', 'link', 'show', name], capture_output=True, timeout=20).returncode == 0
+
+    @staticmethod
     def _ip(*command):
         return subprocess.run(['ip', *command], check=True, capture_output=True, text=True, timeout=20).stdout
 
@@ -89,7 +93,8 @@ class Window:
         self.desktop.output(['xdotool', 'mousemove', *map(str, (SCREEN[0] - 1, SCREEN[1] - 1))])
         self.laptop = Laptop(Path(self.folder.name), {'PMU tdie1': 40.4, 'SOC MTR Temp': SOC}, percent=64)
         self.laptop.preparation = 'hostname ' + HOST_NAME
-        self.interfaces['en0'] = Interface('en0', '192.168.1.20/24')
+        if not Interface.is_there('en0'):
+            self.interfaces['en0'] = Interface('en0', '192.168.1.20/24')
 
     # ---- the laptop ----
 
