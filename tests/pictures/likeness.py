@@ -1,46 +1,49 @@
 """Whether two pictures of a window show the same, though their text may be drawn a little differently.
 
-The pictures are compared window by window: 24 x 16 pixels, about four letters, one every eight pixels. In each
+They are compared in small squares of twelve pixels, about two letters, one every four pixels. In each
 
     strangeness = difference / (contrast + FAINTEST)
 
-where `difference` is how far apart the two are on average, and `contrast` is how much there is to see in the one that
-shows more: the standard deviation of its pixels. So a faint word counts as much as a bold one, and on plain ground a
-small change of colour is much. Of all shifts by up to REACH pixels that one counts under which the window differs least;
-and all is blurred before, by about the width of a stroke, so that it does not matter how an outline falls on the pixels.
+where the difference is how far apart both are on average, and the contrast is how much there is to see in the one that
+shows more: the standard deviation of its pixels. So a faint word counts as much as a bold one, and on plain ground a small
+change of colour is much. Of all shifts by up to REACH pixels that one counts under which the square differs least; and all
+is blurred before, by about the width of a stroke, so that it does not matter how an outline falls on the pixels.
 
-Where the numbers come from. The dashboard and the clone tab, light, drawn in another way than in their reference:
+Where LIMIT comes from: the strangest square of a picture of the real window, if the same window is drawn
 
-    without hinting                                          0.01
-    with subpixels in a screen's order, R G B                0.10
-    with heavier stems (FreeType's stem darkening)           STEM
-    everything one or two pixels elsewhere                   0.00
+    with no more than 256 colours, as in the references      0.06
+    without hints for small sizes                            0.07
+    without hints, and for the red, green and blue dots
+    of a screen, with colours at the edges of all letters    0.18
 
-and with something wrong:
+and if something is wrong with it:
 
-    a fifth of the contrast of a small text lost             LIGHT
-    one digit of a small text another one                    DIGIT
-    a word for another one of its length                     0.34
-    a label, icon or card missing, or moved by six pixels    0.5 and more
-    a card two levels of 255 darker                          0.4
+    an N in a small word an M                                0.34
+    a plain ground two levels of 255 darker                  0.40
+    things moved by three pixels; by six                     0.46; 1.3
+    a digit another one                                      0.56
+    a small symbol another one; its colour another one       0.69; 0.77
+    a word another one                                       0.9
+    a card missing                                           1.9
 
-LIMIT lies between. What it does not see: shifts by up to two pixels, a colour of plain ground that is one level off, and
-a hairline or a shadow that is a little fainter. What it does not forgive is full hinting: that rounds the width of every
-letter, and a line of text becomes longer by some pixels. The tests say how fonts are to be drawn (fonts.conf).
+What it cannot see: shifts by up to two pixels; colours of a plain ground that are one level of 255 off; a hairline or a
+shadow that is somewhat fainter. What it cannot forgive: letters without any grey at their edges, and hints that round the
+width of every letter, for then lines become longer by several pixels and break elsewhere. Therefore fonts.conf says how
+the references, and what is compared with them, are drawn.
 """
 from dataclasses import dataclass
 
 import numpy
 
 REACH = 2  # pixels
-SIDE, STEP = 12, 4  # of a window, pixels
+SIDE, STEP = 12, 4  # of the squares, pixels
 FAINTEST = 5.0  # levels of 255: one level on plain ground stays below the limit, two exceed it
 LIMIT = 0.25
 
 
 @dataclass
 class Fault:
-    """A place where two pictures do not show the same: the rectangle of the strangest window there, and how strange it is."""
+    """A square that does not show the same in both pictures: its upper left corner, and how strange it is."""
     x: int
     y: int
     strangeness: float
@@ -50,7 +53,7 @@ class Fault:
 
 
 def faults(seen, reference):
-    """The windows that do not show the same in both, the strangest one first. Arrays of height x width x 3 bytes."""
+    """The squares that do not show the same in both, the strangest one first. Arrays of height x width x 3 bytes."""
     if seen.shape != reference.shape:
         return [Fault(0, 0, numpy.inf)]
     if numpy.array_equal(seen, reference):
@@ -63,7 +66,7 @@ def faults(seen, reference):
 
 
 def strangeness(seen, reference):
-    """That of every window, as an array of rows of windows."""
+    """That of every square, as an array of rows of squares."""
     a, b = (_softened(_filled_up(picture)) for picture in (seen, reference))
     contrast = numpy.maximum(_contrast(a), _contrast(b)) + FAINTEST
     strange = _difference(a, b) / contrast
@@ -83,7 +86,7 @@ def strangeness(seen, reference):
 
 
 def _filled_up(picture):
-    """Continued to the right and below, so that windows cover all of it."""
+    """Continued to the right and below, so that squares cover all of it."""
     height, width = picture.shape[:2]
     return numpy.pad(picture, ((0, -(height - SIDE) % STEP), (0, -(width - SIDE) % STEP), (0, 0)), mode='edge')
 
@@ -100,7 +103,7 @@ def _softened(picture):
 
 
 def _means(values):
-    """The mean over each window."""
+    """The mean over each square."""
     total = numpy.zeros((values.shape[0] + 1, values.shape[1] + 1))
     values.cumsum(0, dtype=float).cumsum(1, out=total[1:, 1:])
     top = numpy.arange(0, values.shape[0] - SIDE + 1, STEP)[:, None]

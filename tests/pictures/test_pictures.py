@@ -1,4 +1,6 @@
 """What the window looks like, in its main states. `renew` takes the references anew."""
+import re
+
 import numpy
 import pytest
 
@@ -45,7 +47,7 @@ def test_the_window_looks_as_ever(window, picture):
     wrong = looks_alike(window, picture)
     if wrong:
         seen, faults = wrong
-        pytest.fail('%s: %d windows of the picture are strange: %s' % (keep(picture, seen, faults), len(faults),
+        pytest.fail('%s: %d squares of it are strange: %s' % (keep(picture, seen, faults), len(faults),
                                                                   ', '.join(map(str, faults[:5]))), pytrace=False)
 
 
@@ -72,3 +74,9 @@ def test_it_is_no_matter_how_fonts_are_drawn(other_window):
     *_, seen = other_window.shots(picture)
     assert numpy.abs(seen.astype(int) - reference).max() > 40, 'drawn in no other way'
     assert likeness.faults(seen, reference) == []
+
+
+def test_what_the_readme_shows_is_compared_here():
+    shown = re.findall(r'!\[[^]]*\]\(([^)]*)\)', (ROOT / 'README.md').read_text())
+    assert len(shown) == 4
+    assert {(ROOT / path).parent for path in shown} == {REFERENCES}
