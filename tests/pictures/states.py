@@ -22,7 +22,7 @@ class State:
     texts: tuple = field(default=(), compare=False)  # tell that it is reached
 
 
-CLONE = dict(tab='Screen Clone', size=(1000, 1072))
+CLONE = dict(tab='Screen Clone', size=(1000, 920))
 STATES = {
     'dashboard-standby': State(bridge=COLD, charger=False, shield=False, texts=('STANDBY',)),
     'dashboard-warming': State(warming=True, charger=False),

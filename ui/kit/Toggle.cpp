@@ -21,7 +21,8 @@ Toggle::Toggle(QWidget *parent) : Control(parent), knob(*this, 140)
 
 QRect Toggle::track() const
 {
-    const QPoint corner(width() - trackSize.width(), (height() - trackSize.height()) / 2); // in line with what is above it
+    // In line with what stands above and below it.
+    const QPoint corner(width() - trackSize.width(), (height() - trackSize.height()) / 2);
     return QStyle::visualRect(layoutDirection(), rect(), {corner, trackSize});
 }
 
