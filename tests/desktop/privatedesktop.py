@@ -288,7 +288,7 @@ class Controls(Child):
         return any(name in (shown, text) for _, shown, text in self.names())
 
     def wait(self, name, seconds=10):
-        wait_for(lambda: self.shows(name), seconds, '"%s" on the screen, but: %s' % (name, Later(self.names)))
+        wait_for(lambda: self.shows(name), seconds, Later(lambda: '"%s" on the screen, but: %s' % (name, self.names())))
 
     def press(self, name, about=None):
         """Presses the button, switch or tab of that name; of several the one with that description."""

@@ -115,7 +115,9 @@ void LinkLabel::paintEvent(QPaintEvent *)
     const auto shade = color.in(*this);
     const auto place = textPlace();
     const auto within = [&](const QRect &part) { return QStyle::visualRect(layoutDirection(), place, part); };
-    const auto square = [&](int x, int size) { return within({x, place.center().y() - size / 2, size, size}); };
+    const auto square = [&](int x, int size) {
+        return within({x, place.top() + (place.height() - size + 1) / 2, size, size});
+    };
     const auto textRect = within(place.adjusted(leadingRoom(), 0, -trailingRoom(), 0));
 
     QPainter painter(this);

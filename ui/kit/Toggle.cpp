@@ -1,6 +1,7 @@
 #include "ui/kit/Toggle.h"
 
 #include <QPainter>
+#include <QStyle>
 
 namespace orvalen::kit {
 
@@ -20,7 +21,9 @@ Toggle::Toggle(QWidget *parent) : Control(parent), knob(*this, 140)
 
 QRect Toggle::track() const
 {
-    return {QPoint((width() - trackSize.width()) / 2, (height() - trackSize.height()) / 2), trackSize};
+    // In line with what stands above and below it.
+    const QPoint corner(width() - trackSize.width(), (height() - trackSize.height()) / 2);
+    return QStyle::visualRect(layoutDirection(), rect(), {corner, trackSize});
 }
 
 Control::Outline Toggle::outline() const
