@@ -1,0 +1,218 @@
+#include <gmock/gmock.h>
+
+#include <QAccessible>
+#include <QImage>
+#include <QTest>
+
+#include "tests/ui/Announced.h"
+#include "tests/ui/Dashboard.h"
+#include "ui/kit/Builders.h"
+#include "ui/kit/Theme.h"
+
+namespace orvalen::kit {
+namespace {
+
+using test::Announced;
+using test::Dashboard;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// A widget of the kit on a white page.
+template <typename Widget>
+struct OnAPage
+{
+    explicit OnAPage(Widget *widget, int width = 0) : widget(widget)
+    {
+        auto palette = themePalette(false);
+        palette.setColor(QPalette::Window, Qt::white);
+        widget->setPalette(palette);
+        widget->resize(width ? width : widget->sizeHint().width(), widget->sizeHint().height());
+        widget->show();
+        Dashboard::settle();
+    }
+
+    /// The columns from `from` to `to` in which something is drawn: first and last.
+    [[nodiscard]] std::pair<int, int> drawn(int from = 0, int to = 1 << 20) const
+    {
+        const auto picture = widget->grab().toImage();
+        std::pair<int, int> columns{-1, -1};
+        for (int x = from; x < std::min(to, picture.width()); ++x) {
+            for (int y = 0; y < picture.height(); ++y) {
+                if (picture.pixelColor(x, y).lightness() < 200) {
+                    columns = {columns.first < 0 ? x : columns.first, x};
+                    break;
+                }
+            }
+        }
+        return columns;
+    }
+
+    std::unique_ptr<Widget> widget;
+};
+
+TEST(LinkLabel, aSymbolBeforeItTakesItsPlaceAndAGap)
+{
+    const OnAPage<LinkLabel> plain(link("address", [] {}));
+    const OnAPage<LinkLabel> withSymbol(link("address", [] {}).leadingSymbol("globe"));
+    EXPECT_EQ(withSymbol.widget->sizeHint().width(), plain.widget->sizeHint().width() + 13 + 6);
+    EXPECT_GE(withSymbol.drawn(0, 13).first, 0);
+    EXPECT_EQ(withSymbol.drawn(13, 19).first, -1) << "the gap";
+    EXPECT_GE(withSymbol.drawn(19).first, 19);
+    EXPECT_EQ(withSymbol.drawn(19).second - 19, plain.drawn().second);
+}
+
+TEST(LinkLabel, itsSymbolsChangeSidesWhereReadingDoes)
+{
+    const OnAPage<LinkLabel> page(link("address", [] {}).size(10).leadingSymbol("globe").symbol("arrow.up.right"));
+    const int width = page.widget->width();
+    const auto start = page.widget->grab().toImage().copy(0, 0, 13, page.widget->height());
+    page.widget->setLayoutDirection(Qt::RightToLeft);
+    EXPECT_EQ(page.drawn(width - 19, width - 13).first, -1) << "the gap";
+    EXPECT_EQ(page.widget->grab().toImage().copy(width - 13, 0, 13, page.widget->height()), start);
+    EXPECT_GE(page.drawn(0, 8).first, 0) << "the symbol behind the text";
+}
+
+TEST(LinkLabel, theSymbolBehindTheTextIsAFifthSmallerThanIt)
+{
+    const OnAPage<LinkLabel> plain(link("address", [] {}).size(10));
+    const OnAPage<LinkLabel> withSymbol(link("address", [] {}).size(10).symbol("arrow.up.right"));
+    EXPECT_EQ(withSymbol.widget->sizeHint().width(), plain.widget->sizeHint().width() + 3 + 8);
+}
+
+TEST(LinkLabel, shortOfRoomItShortensTheTextAndKeepsItsSymbols)
+{
+    const OnAPage<LinkLabel> page(
+        link("an address of some length", [] {}).leadingSymbol("globe").symbol("arrow.up.right"), 90);
+    EXPECT_GE(page.drawn(0, 13).first, 0);
+    EXPECT_EQ(page.drawn(13, 19).first, -1);
+    EXPECT_GE(page.drawn(90 - 9).first, 0);
+    EXPECT_EQ(page.drawn(90 - 12, 90 - 9).first, -1) << "the text does not reach into the symbol";
+}
+
+TEST(LinkLabel, isReadWithoutItsSymbols)
+{
+    const OnAPage<LinkLabel> page(link("address", [] {}).leadingSymbol("globe").about("the maker"));
+    const auto *accessible = QAccessible::queryAccessibleInterface(page.widget.get());
+    EXPECT_EQ(accessible->role(), QAccessible::Link);
+    EXPECT_EQ(accessible->text(QAccessible::Name), "address");
+    EXPECT_EQ(accessible->text(QAccessible::Description), "the maker");
+}
+
+RowButton::Symbols towards(const QString &leading)
+{
+    return {.leading = leading, .trailing = "arrow.up.forward.app"};
+}
+
+TEST(RowButton, isPressedByPointerAndKeyboard)
+{
+    int presses = 0;
+    const OnAPage<RowButton> page(rowButton(towards("display"), "Displays", [&] { ++presses; }), 190);
+    QTest::mouseClick(page.widget.get(), Qt::LeftButton);
+    QTest::keyClick(page.widget.get(), Qt::Key_Space);
+    QTest::keyClick(page.widget.get(), Qt::Key_Return);
+    QTest::mouseClick(page.widget.get(), Qt::RightButton);
+    EXPECT_EQ(presses, 3);
+    EXPECT_EQ(page.widget->focusPolicy(), Qt::StrongFocus);
+}
+
+TEST(RowButton, saysItsTitle)
+{
+    const OnAPage<RowButton> page(rowButton(towards("display"), "Displays & Mirroring", [] {}));
+    const auto *accessible = QAccessible::queryAccessibleInterface(page.widget.get());
+    EXPECT_EQ(accessible->role(), QAccessible::Button);
+    EXPECT_EQ(accessible->text(QAccessible::Name), "Displays & Mirroring");
+}
+
+TEST(RowButton, hasASymbolAtEitherEndInItsColours)
+{
+    const OnAPage<RowButton> page(rowButton(towards("record.circle"), "Access", [] {}).color(accent::red), 190);
+    const auto colours = [&](int from, int to) {
+        const auto picture = page.widget->grab().toImage();
+        std::vector<QRgb> seen;
+        for (int x = from; x < to; ++x) {
+            for (int y = 4; y < picture.height() - 4; ++y)
+                seen.push_back(picture.pixel(x, y));
+        }
+        return seen;
+    };
+    using ::testing::Contains;
+    using ::testing::Not;
+    const auto ink = accent::red.ink.in(*page.widget).rgb();
+    const auto gray = neutral::secondary.in(*page.widget).rgb();
+    EXPECT_THAT(colours(10, 24), Contains(ink));
+    EXPECT_THAT(colours(190 - 21, 190 - 10), Contains(gray));
+    EXPECT_THAT(colours(10, 24), Not(Contains(gray)));
+    page.widget->setLayoutDirection(Qt::RightToLeft);
+    EXPECT_THAT(colours(190 - 24, 190 - 10), Contains(ink));
+    EXPECT_THAT(colours(10, 21), Contains(gray));
+}
+
+TEST(RowButton, aTitleTooLongForOneLineWrapsBetweenTheSymbols)
+{
+    const OnAPage<RowButton> page(rowButton(towards("display"), "Screen Recording Access", [] {}));
+    const auto &row = *page.widget;
+    const int natural = row.sizeHint().width();
+    EXPECT_EQ(row.heightForWidth(natural), row.sizeHint().height());
+    EXPECT_GT(row.heightForWidth(row.minimumSizeHint().width()), row.heightForWidth(natural));
+    EXPECT_GE(row.heightForWidth(natural), 24);
+    EXPECT_LT(row.minimumSizeHint().width(), natural);
+}
+
+TEST(RowButton, showsThatItIsPressed)
+{
+    const OnAPage<RowButton> page(rowButton(towards("display"), "Displays", [] {}), 190);
+    const auto still = page.widget->grab().toImage();
+    page.widget->setDown(true);
+    EXPECT_NE(page.widget->grab().toImage(), still);
+    page.widget->setDown(false);
+    EXPECT_EQ(page.widget->grab().toImage(), still);
+}
+
+/// What readers were asked to say at once.
+struct Said
+{
+    std::vector<std::string> words;
+    Announced announced{[this](const QAccessibleEvent &event) {
+        if (const auto *label = qobject_cast<TextLabel *>(event.object()); label && event.type() == QAccessible::Alert)
+            words.push_back(label->text().toStdString());
+    }};
+
+    std::vector<std::string> taken()
+    {
+        Dashboard::settle();
+        return std::exchange(words, {});
+    }
+};
+
+TEST(TextLabel, announcedItSaysEachNewText)
+{
+    Said said;
+    const std::unique_ptr<TextLabel> label(text("first").announced());
+    EXPECT_THAT(said.taken(), IsEmpty()); // what is there from the start is no news
+    label->setText("second");
+    EXPECT_THAT(said.taken(), ElementsAre("second"));
+    label->setText("second");
+    EXPECT_THAT(said.taken(), IsEmpty());
+    label->setText("third");
+    EXPECT_THAT(said.taken(), ElementsAre("third"));
+}
+
+TEST(TextLabel, othersKeepQuiet)
+{
+    Said said;
+    const std::unique_ptr<TextLabel> label(text("first"));
+    label->setText("second");
+    EXPECT_THAT(said.taken(), IsEmpty());
+}
+
+TEST(TextLabel, isNotAnnouncedAfterItsEnd)
+{
+    Said said;
+    std::unique_ptr<TextLabel> label(text("first").announced());
+    label->setText("second");
+    label.reset();
+    EXPECT_THAT(said.taken(), IsEmpty());
+}
+
+} // namespace
+} // namespace orvalen::kit
