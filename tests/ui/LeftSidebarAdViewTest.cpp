@@ -109,7 +109,7 @@ TEST_F(LeftSidebar, everyEntryIsSetInItsColour)
         EXPECT_EQ(onlyIn<SymbolLabel>(card).shade(), ad.accentColor.ink);
         EXPECT_EQ(onlyIn<Badge>(card).accent(), ad.accentColor);
         const auto tint = over(ad.accentColor.vivid.at(7).in(window), neutral::card.in(window));
-        EXPECT_EQ(pixel(card, {card.width() / 2, 5}), tint) << i;
+        test::expectColour(pixel(card, {card.width() / 2, 5}), tint);
 
         const auto symbol = placeOf(onlyIn<SymbolLabel>(card));
         const auto badge = placeOf(onlyIn<Badge>(card));
@@ -131,7 +131,7 @@ TEST_F(LeftSidebar, theHeaderAndTheSocialCardAreSetAsStated)
     EXPECT_EQ(link.textType().size, 10);
     EXPECT_EQ(link.shade(), accent::purple.ink);
     const auto tint = over(accent::purple.vivid.at(8).in(window), neutral::card.in(window));
-    EXPECT_EQ(pixel(socialCard(), {socialCard().width() / 2, 5}), tint);
+    test::expectColour(pixel(socialCard(), {socialCard().width() / 2, 5}), tint);
 }
 
 TEST_F(LeftSidebar, keepsItsWidthItsPaddingAndItsSpacing)
@@ -158,9 +158,9 @@ TEST_F(LeftSidebar, hasALineTowardsTheCentre)
 {
     const auto ground = neutral::panel.in(window);
     const auto line = over(neutral::columnEdge.in(window), ground);
-    EXPECT_EQ(pixel(column(), {174, 880}), line);
-    EXPECT_EQ(pixel(column(), {173, 880}), ground);
-    EXPECT_EQ(pixel(column(), {0, 880}), ground);
+    test::expectColour(pixel(column(), {174, 880}), line);
+    test::expectColour(pixel(column(), {173, 880}), ground);
+    test::expectColour(pixel(column(), {0, 880}), ground);
 }
 
 TEST_F(LeftSidebar, everyLinkOpensItsAddressAndNothingElseHappens)

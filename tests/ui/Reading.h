@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <ostream>
@@ -114,6 +115,25 @@ inline void expectStandsInOrder(const std::vector<kit::Card *> &cards, const QWi
     for (std::size_t i = 1; i < cards.size(); ++i)
         EXPECT_GE(top(cards[i]), top(cards[i - 1]) + cards[i - 1]->height()) << "card " << i;
 }
+
+/// A colour of a picture; paint is rounded on its way there.
+inline void expectColour(const QColor &actual, const QColor &expected)
+{
+    EXPECT_NEAR(actual.red(), expected.red(), 2);
+    EXPECT_NEAR(actual.green(), expected.green(), 2);
+    EXPECT_NEAR(actual.blue(), expected.blue(), 2);
+}
+
+/// Turns the wheel over the middle of a widget, as the system reports it: whoever wants it takes it.
+inline void turnWheel(QWidget &widget, const QPoint &angle)
+{
+    const QPoint point = widget.rect().center();
+    QWheelEvent event(point, widget.mapToGlobal(point), {}, angle, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                      false);
+    QSpontaneKeyEvent::setSpontaneous(&event);
+    QApplication::sendEvent(&widget, &event);
+}
+inline constexpr QPoint notchDown{0, -120};
 
 /// Presses every link of a view in reading order.
 inline void followLinks(const QWidget &root)

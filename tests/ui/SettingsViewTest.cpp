@@ -6,7 +6,6 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
-#include <QWheelEvent>
 
 #include "core/MakerSite.h"
 #include "tests/ui/Reading.h"
@@ -106,15 +105,6 @@ struct Tab
     {
         slider.setFocus();
         QTest::keyClick(&slider, key);
-    }
-
-    /// Down from the slider's middle, as a person scrolls.
-    static void turnWheel(Slider &slider)
-    {
-        const QPoint point = slider.rect().center();
-        QWheelEvent event(point, slider.mapToGlobal(point), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
-                          Qt::NoScrollPhase, false);
-        QApplication::sendEvent(&slider, &event);
     }
 
     SettingsView &view;
@@ -230,18 +220,8 @@ TEST_F(Settings, theKeyBadgeOnlyInforms)
     EXPECT_THAT(engine.targets, IsEmpty());
     EXPECT_THAT(writes, IsEmpty());
 
-    const auto paper = [badge] {
-        for (auto *widget = badge->parentWidget(); widget; widget = widget->parentWidget()) {
-            if (qobject_cast<Card *>(widget))
-                return neutral::card.in(*badge);
-        }
-        return QColor();
-    }();
-    const auto drawn =
-        badge->window()->grab().toImage().pixelColor(badge->mapTo(badge->window(), QPoint(badge->width() / 2, 1)));
-    const auto expected = over(accent::blue.vivid.at(12).in(*badge), paper);
-    EXPECT_NEAR(drawn.red(), expected.red(), 2);
-    EXPECT_NEAR(drawn.blue(), expected.blue(), 2);
+    const auto drawn = window.grab().toImage().pixelColor(badge->mapTo(&window, QPoint(badge->width() / 2, 1)));
+    test::expectColour(drawn, over(accent::blue.vivid.at(12).in(window), neutral::card.in(window)));
 }
 
 TEST_F(Settings, theMakersMarkIsThePictureInASquareOf22)
@@ -402,12 +382,12 @@ TEST_F(Settings, theWheelScrollsTheTabUntilASliderHasTheKeyboard)
         area = qobject_cast<QScrollArea *>(widget);
     area->parentWidget()->setFixedHeight(200);
     settle();
-    Tab::turnWheel(tab.target());
+    test::turnWheel(tab.target(), test::notchDown);
     EXPECT_THAT(writes, IsEmpty());
     const int further = area->verticalScrollBar()->value();
     EXPECT_GT(further, 0);
     tab.target().setFocus();
-    Tab::turnWheel(tab.target());
+    test::turnWheel(tab.target(), test::notchDown);
     EXPECT_THAT(writes, ElementsAre("targetTemp=39.5"));
     EXPECT_EQ(area->verticalScrollBar()->value(), further);
 }
@@ -529,7 +509,7 @@ TEST_P(StoredSetting, isShownAsItIsAndLeftAlone)
     settle();
     expectUntouched("mirroring");
 
-    Tab::turnWheel(slider(next.tab)); // without the keyboard on it
+    test::turnWheel(slider(next.tab), test::notchDown); // without the keyboard on it
     machine.world.advance(std::chrono::seconds(30));
     expectUntouched("a while");
 }

@@ -101,9 +101,7 @@ TEST_F(Tools, areFourCardsWithTheirSymbolsInOrder)
         // Behind it its colour, faded: between the card and the colour itself.
         const auto drawn = view.grab().toImage().pixelColor(icon.mapTo(&view, QPoint(16, 2)));
         const auto backdrop = over(expected[i].second.vivid.at(12).in(view), neutral::card.in(view));
-        EXPECT_NEAR(drawn.red(), backdrop.red(), 2) << i;
-        EXPECT_NEAR(drawn.green(), backdrop.green(), 2) << i;
-        EXPECT_NEAR(drawn.blue(), backdrop.blue(), 2) << i;
+        test::expectColour(drawn, backdrop);
     }
 }
 
