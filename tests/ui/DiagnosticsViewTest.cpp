@@ -6,7 +6,6 @@
 #include <QLayout>
 #include <QTest>
 
-#include "tests/ui/Announced.h"
 #include "tests/ui/Reading.h"
 #include "ui/kit/Theme.h"
 
@@ -14,7 +13,6 @@ namespace orvalen {
 namespace {
 
 using namespace kit;
-using test::Announced;
 using test::cardsOf;
 using test::contentOf;
 using test::Dashboard;
@@ -229,11 +227,11 @@ TEST_F(Diagnostics, theVerdictDoesNotDependOnReadings)
 TEST_F(Diagnostics, aStatusIsSaidByReadersOnceItShows)
 {
     std::vector<std::string> said;
-    const Announced announced([&](const QAccessibleEvent &event) {
-        const auto *label = qobject_cast<TextLabel *>(event.object());
-        if (event.type() == QAccessible::Alert && label && label->isVisible())
-            said.push_back(label->text().toStdString());
-    });
+    for (const auto *label : reportCard().findChildren<TextLabel *>()) {
+        QObject::connect(label, &TextLabel::announced, label, [&said, label](const QString &words) {
+            said.push_back(words.toStdString() + (label->isVisible() ? "" : ", hidden"));
+        });
+    }
     press();
     settle();
     EXPECT_THAT(said, ElementsAre(saved.toStdString()));

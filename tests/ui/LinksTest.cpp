@@ -6,7 +6,6 @@
 
 #include <algorithm>
 
-#include "tests/ui/Announced.h"
 #include "tests/ui/Dashboard.h"
 #include "ui/kit/Builders.h"
 #include "ui/kit/Theme.h"
@@ -14,7 +13,6 @@
 namespace orvalen::kit {
 namespace {
 
-using test::Announced;
 using test::Dashboard;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -168,50 +166,49 @@ TEST(RowButton, showsThatItIsPressed)
     EXPECT_EQ(page.widget->grab().toImage(), still);
 }
 
-/// What readers were asked to say at once.
-struct Said
+/// A text, and what screen readers are told of it.
+struct SaidText
 {
-    std::vector<std::string> words;
-    Announced announced{[this](const QAccessibleEvent &event) {
-        if (const auto *label = qobject_cast<TextLabel *>(event.object()); label && event.type() == QAccessible::Alert)
-            words.push_back(label->text().toStdString());
-    }};
-
+    explicit SaidText(TextLabel *label) : label(label)
+    {
+        QObject::connect(label, &TextLabel::announced, label,
+                         [this](const QString &words) { said.push_back(words.toStdString()); });
+    }
     std::vector<std::string> taken()
     {
         Dashboard::settle();
-        return std::exchange(words, {});
+        return std::exchange(said, {});
     }
+
+    std::unique_ptr<TextLabel> label;
+    std::vector<std::string> said;
 };
 
 TEST(TextLabel, announcedItSaysEachNewText)
 {
-    Said said;
-    const std::unique_ptr<TextLabel> label(text("first").announced());
-    EXPECT_THAT(said.taken(), IsEmpty()); // what is there from the start is no news
-    label->setText("second");
-    EXPECT_THAT(said.taken(), ElementsAre("second"));
-    label->setText("second");
-    EXPECT_THAT(said.taken(), IsEmpty());
-    label->setText("third");
-    EXPECT_THAT(said.taken(), ElementsAre("third"));
+    SaidText text(kit::text("first").announced());
+    EXPECT_THAT(text.taken(), IsEmpty()); // what is there from the start is no news
+    text.label->setText("second");
+    EXPECT_THAT(text.taken(), ElementsAre("second"));
+    text.label->setText("second");
+    EXPECT_THAT(text.taken(), IsEmpty());
+    text.label->setText("third");
+    EXPECT_THAT(text.taken(), ElementsAre("third"));
 }
 
 TEST(TextLabel, othersKeepQuiet)
 {
-    Said said;
-    const std::unique_ptr<TextLabel> label(text("first"));
-    label->setText("second");
-    EXPECT_THAT(said.taken(), IsEmpty());
+    SaidText text(kit::text("first"));
+    text.label->setText("second");
+    EXPECT_THAT(text.taken(), IsEmpty());
 }
 
 TEST(TextLabel, isNotAnnouncedAfterItsEnd)
 {
-    Said said;
-    std::unique_ptr<TextLabel> label(text("first").announced());
-    label->setText("second");
-    label.reset();
-    EXPECT_THAT(said.taken(), IsEmpty());
+    SaidText text(kit::text("first").announced());
+    text.label->setText("second");
+    text.label.reset();
+    EXPECT_THAT(text.taken(), IsEmpty());
 }
 
 } // namespace

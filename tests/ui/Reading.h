@@ -131,7 +131,7 @@ inline void turnWheel(QWidget &widget, const QPoint &angle)
     QWheelEvent event(point, widget.mapToGlobal(point), {}, angle, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
                       false);
     QSpontaneKeyEvent::setSpontaneous(&event);
-    QApplication::sendEvent(&widget, &event);
+    qApp->notify(&widget, &event); // sending it would make it one of ours
 }
 inline constexpr QPoint notchDown{0, -120};
 

@@ -10,7 +10,6 @@
 #include <cmath>
 #include <limits>
 
-#include "tests/ui/Announced.h"
 #include "tests/ui/Reading.h"
 #include "ui/kit/Builders.h"
 #include "ui/kit/ScrollArea.h"
@@ -19,7 +18,6 @@
 namespace orvalen::kit {
 namespace {
 
-using test::Announced;
 using test::Dashboard;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -311,7 +309,6 @@ TEST_F(SliderOf, theWheelScrollsThePageUnlessTheSliderHasTheKeyboard)
 {
     turnWheel({0, -120});
     EXPECT_THAT(taken(), IsEmpty());
-    fprintf(stderr, "range %d lines %d\n", window.verticalScrollBar()->maximum(), QApplication::wheelScrollLines());
     const int further = scrolled();
     EXPECT_GT(further, 0);
     EXPECT_FALSE(slider->hasFocus()); // nor does it take the keyboard
@@ -436,19 +433,6 @@ TEST_F(SliderOf, readersMoveItByAction)
     EXPECT_THAT(taken(), ElementsAre(40.5, 40.0, 39.5));
     actions->doAction(QAccessibleActionInterface::setFocusAction());
     EXPECT_TRUE(slider->hasFocus());
-}
-
-TEST_F(SliderOf, readersAreToldOfEveryChangeWithItsNewWords)
-{
-    std::vector<std::string> heard;
-    const Announced announced([&](const QAccessibleEvent &event) {
-        if (event.type() == QAccessible::ValueChanged && event.object() == slider)
-            heard.push_back(accessible().text(QAccessible::Value).toStdString());
-    });
-    press(Qt::Key_Right);
-    setting.value = 43.0;
-    setting.value = 43.0; // no change
-    EXPECT_THAT(heard, ElementsAre("40.5 units", "43 units"));
 }
 
 } // namespace
