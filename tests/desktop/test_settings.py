@@ -21,8 +21,13 @@ class SettingsTab:
         self.file = desktop.settings_file(PROGRAM)
         self.program = desktop.start(PROGRAM)
         desktop.controls.wait('Trigger Prime Warmup Now', 30)
+        desktop.activate('Orvalen')
+        wait_for(self.open, what='the tab')
+
+    def open(self):
+        """Clicks on its tab; whether it is there now."""
         self.click(self.middle('page tab', 'Settings'))
-        desktop.controls.wait(TARGET)
+        return self.desktop.controls.shows(TARGET)
 
     def place(self, role, name):
         return wait_for(lambda: self.desktop.controls.place(role, name), 20, 'the %s "%s"' % (role, name))
@@ -36,6 +41,12 @@ class SettingsTab:
         x, y, width, height = self.place('slider', slider)
         lowest, highest = RANGES[slider]
         return x + KNOB // 2 + round((value - lowest) / (highest - lowest) * (width - KNOB)), y + height // 2
+
+    def resize(self, width, height):
+        window = self.desktop.windows('Orvalen')[-1]
+        self.desktop.output(['xdotool', 'windowsize', window, str(width), str(height)])
+        size = 'Geometry: %dx%d' % (width, height)
+        wait_for(lambda: size in self.desktop.output(['xdotool', 'getwindowgeometry', window]), what=size)
 
     def pointer(self, *what):
         self.desktop.output(['xdotool', *map(str, what)])
@@ -66,13 +77,13 @@ class SettingsTab:
 
     def expect(self, shown, **kept):
         """That is shown, and these are the settings on disk by then."""
-        self.desktop.controls.wait(shown)
+        self.desktop.controls.wait(shown, 30)
         assert {key: self.kept(key) for key in kept} == kept
 
     def quit(self):
         self.desktop.activate('Orvalen')
         self.desktop.keys('ctrl+q')
-        assert self.program.wait(10) == 0
+        assert self.program.wait(30) == 0
         assert self.desktop.written() == GREETING
 
 
@@ -110,20 +121,23 @@ def test_what_was_stored_elsewhere_is_shown_and_stays_to_the_byte(desktop):
     tab = SettingsTab(desktop, targetTemp='45.3', idleTimeoutMinutes='9.9')
     before = tab.file.read_bytes(), tab.file.stat().st_mtime_ns
     controls = desktop.controls
-    controls.wait('45.3 °C')
-    controls.wait('9 mins')
+    controls.wait('45.3 °C', 30)
+    controls.wait('9 mins', 30)
 
-    window = desktop.windows('Orvalen')[-1]
-    desktop.output(['xdotool', 'windowsize', '--sync', window, '815', '560'])
-    wait_for(lambda: tab.place('frame', 'Orvalen')[2:] == [815, 560], what='the smallest window')
+    tab.resize(900, 640)
+    tab.resize(815, 560)
     height = tab.place('slider', TARGET)[1]
-    tab.turn_wheel_over(tab.middle('slider', TARGET))  # scrolls: the keyboard is elsewhere
-    wait_for(lambda: tab.place('slider', TARGET)[1] < height, what='the tab to scroll')
+
+    def scrolled():  # the keyboard is elsewhere
+        tab.turn_wheel_over(tab.middle('slider', TARGET))
+        return tab.place('slider', TARGET)[1] < height
+
+    wait_for(scrolled, what='the tab to scroll')
     desktop.keys('Tab', 'Tab', 'Tab', 'Tab')  # over both sliders
     controls.press('Dashboard')
-    controls.wait('Trigger Prime Warmup Now')
+    controls.wait('Trigger Prime Warmup Now', 30)
     controls.press('Settings')
-    controls.wait('45.3 °C')
-    controls.wait('9 mins')
+    controls.wait('45.3 °C', 30)
+    controls.wait('9 mins', 30)
     tab.quit()
     assert (tab.file.read_bytes(), tab.file.stat().st_mtime_ns) == before
