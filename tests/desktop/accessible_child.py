@@ -48,6 +48,14 @@ def press(name, about):
     return False
 
 
+def place(role, name):
+    for control in everything():
+        if control.get_name() == name and control.get_role_name() == role:
+            extents = Atspi.Component.get_extents(control.get_component_iface(), Atspi.CoordType.SCREEN)
+            return [extents.x, extents.y, extents.width, extents.height]
+    return None
+
+
 def description(name):
     for control in everything():
         if control.get_name() == name:
@@ -67,7 +75,8 @@ for line in sys.stdin:
     verb, name = question['verb'], question.get('name')
     try:
         answer = {'answer': {'names': names, 'press': lambda: press(name, question.get('about')),
-                             'checked': lambda: checked(name), 'description': lambda: description(name)}[verb]()}
+                             'checked': lambda: checked(name), 'description': lambda: description(name),
+                             'place': lambda: place(question['role'], name)}[verb]()}
     except GLib.Error:  # a control vanished while we looked: look again
-        answer = {'answer': {'names': [], 'press': False, 'checked': None, 'description': None}[verb]}
+        answer = {'answer': {'names': [], 'press': False, 'checked': None, 'description': None, 'place': None}[verb]}
     print(json.dumps(answer), flush=True)
