@@ -302,6 +302,14 @@ class Controls(Child):
         """What the field of that name holds; None if there is none."""
         return next((text for _, shown, text in self.names() if shown == name and text), None)
 
+    def described(self):
+        """Everything that shows, with all that a screen reader can know of it."""
+        return self.ask(verb='described')
+
+    def set(self, name, value):
+        """Gives the slider of that name a value."""
+        wait_for(lambda: self.ask(verb='set', name=name, value=value), what='a slider "%s" to set' % name)
+
     def is_checked(self, name):
         """Whether the switch of that name is on; None if there is no such switch."""
         return self.ask(verb='checked', name=name)
