@@ -1,4 +1,4 @@
-"""Says what is heard on the accessibility bus, one line of JSON each: [event, role, name, detail, value]."""
+"""Says what is heard on the accessibility bus, one object of JSON a line."""
 import json
 import sys
 
@@ -11,13 +11,15 @@ EVENTS = sys.argv[1:]
 
 
 def heard(event):
-    source = event.source
+    role, name = '', ''
     try:
-        source.clear_cache()
-        line = [event.type, source.get_role_name(), source.get_name(), event.detail1, str(event.any_data or '')]
-    except (AttributeError, GLib.Error):  # it vanished while we looked
-        line = [event.type, '', '', event.detail1, '']
-    print(json.dumps(line), flush=True)
+        event.source.clear_cache()
+        role, name = event.source.get_role_name(), event.source.get_name()
+        if event.type.endswith('accessible-name'):
+            name = str(event.any_data)  # as it was then
+    except GLib.Error:  # it vanished while we looked
+        pass
+    print(json.dumps({'event': event.type, 'role': role, 'name': name, 'detail': event.detail1}), flush=True)
 
 
 listener = Atspi.EventListener.new(heard)

@@ -136,6 +136,9 @@ class Desktop:
         self.start_service('openbox', ['openbox'])
         wait_for(lambda: 'window id #' in self.output(['xprop', '-root', '_NET_SUPPORTING_WM_CHECK']), what='openbox')
         self.start_service('accessibility', ['/usr/libexec/at-spi-bus-launcher', '--launch-immediately'])
+        asked = ['busctl', '--user', 'call', 'org.freedesktop.DBus', '/', 'org.freedesktop.DBus', 'NameHasOwner', 's',
+                 'org.a11y.Bus']
+        wait_for(lambda: 'true' in self.output(asked), what='the accessibility bus')
         self.controls = Controls(self)
         self.notifications = Notifications(self)
 

@@ -40,6 +40,12 @@ Share solidColors(const QImage &image)
     return share;
 }
 
+QRgb mostOf(const Share &share)
+{
+    const auto rarer = [](const auto &a, const auto &b) { return a.second < b.second; };
+    return std::max_element(share.begin(), share.end(), rarer)->first;
+}
+
 bool isOneColor(const Share &share)
 {
     const auto near = [&](QRgb pixel) {
@@ -250,9 +256,7 @@ private:
         Ink best{.kind = Ink::area, .size = std::max(box.width(), box.height()), .contrast = 0.0};
         std::vector<QColor> grounds{QColor(canvas.pixel(centre))};
         if (!around.empty())
-            grounds.emplace_back(std::max_element(around.begin(), around.end(), [](const auto &a, const auto &b) {
-                                     return a.second < b.second;
-                                 })->first);
+            grounds.emplace_back(mostOf(around));
         for (const auto &ground : grounds) {
             const auto shown = blended(color, ground);
             if (const double apart = contrast(shown, ground); apart > best.contrast) {
@@ -287,7 +291,7 @@ private:
         if (share.empty() || under.empty())
             return;
         if (isOneColor(share)) {
-            noteWorst({.kind = Ink::symbol, .size = size}, box, QColor(share.begin()->first), under);
+            noteWorst({.kind = Ink::symbol, .size = size}, box, QColor(mostOf(share)), under);
             return;
         }
         const auto lighter = [](const auto &a, const auto &b) {
