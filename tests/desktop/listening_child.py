@@ -15,8 +15,6 @@ def heard(event):
     try:
         event.source.clear_cache()
         role, name = event.source.get_role_name(), event.source.get_name()
-        if event.type.endswith('accessible-name'):
-            name = str(event.any_data)  # as it was then
     except GLib.Error:  # it vanished while we looked
         pass
     print(json.dumps({'event': event.type, 'role': role, 'name': name, 'detail': event.detail1}), flush=True)
