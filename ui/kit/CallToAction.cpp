@@ -10,6 +10,7 @@
 
 #include "ui/kit/Accessibility.h"
 #include "ui/kit/Symbols.h"
+#include "ui/kit/TextLine.h"
 #include "ui/kit/Type.h"
 
 namespace orvalen::kit {
@@ -122,12 +123,13 @@ Shadow CallToAction::shadow() const
 
 QFont CallToAction::labelFont() const
 {
-    return fontFor(text, Type{.size = textSize, .weight = QFont::DemiBold}.font(*this));
+    return Type{.size = textSize, .weight = QFont::DemiBold}.font(*this);
 }
 
 QSize CallToAction::sizeHint() const
 {
-    return {textWidth(labelFont(), text) + symbolSize + gap + 2 * padding, buttonHeight};
+    const int textWidth = static_cast<int>(std::ceil(TextLine(text, labelFont()).width()));
+    return {textWidth + symbolSize + gap + 2 * padding, buttonHeight};
 }
 
 QSize CallToAction::minimumSizeHint() const
@@ -163,10 +165,9 @@ void CallToAction::paintEvent(QPaintEvent *)
     }
 
     const auto font = labelFont();
-    const QFontMetrics metrics(font);
     const int markRoom = markSize() ? markSize() + gap : 0;
-    const auto shown = metrics.elidedText(text, Qt::ElideRight, width() - 2 * padding - markRoom);
-    QRect content(0, 0, markRoom + metrics.horizontalAdvance(shown), height());
+    const TextLine line(QFontMetrics(font).elidedText(text, Qt::ElideRight, width() - 2 * padding - markRoom), font);
+    QRect content(0, 0, markRoom + static_cast<int>(std::ceil(line.width())), height());
     content.moveLeft((width() - content.width()) / 2);
 
     const auto mark = QStyle::visualRect(layoutDirection(), rect(),
@@ -179,9 +180,7 @@ void CallToAction::paintEvent(QPaintEvent *)
         paintSymbol(painter, mark, symbolName, neutral::onSolid.in(*this));
     }
     painter.setPen(neutral::onSolid.in(*this));
-    painter.setFont(font);
-    painter.drawText(QStyle::visualRect(layoutDirection(), rect(), content.adjusted(markRoom, 0, 0, 0)),
-                     Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, shown);
+    line.draw(painter, QStyle::visualRect(layoutDirection(), rect(), content.adjusted(markRoom, 0, 0, 0)));
 }
 
 } // namespace orvalen::kit
