@@ -102,6 +102,14 @@ def press(name, about):
     return False
 
 
+def place(role, name):
+    for control in everything():
+        if control.get_name() == name and control.get_role_name() == role:
+            extents = Atspi.Component.get_extents(control.get_component_iface(), Atspi.CoordType.SCREEN)
+            return [extents.x, extents.y, extents.width, extents.height]
+    return None
+
+
 def description(name):
     for control in everything():
         if control.get_name() == name:
@@ -122,9 +130,9 @@ for line in sys.stdin:
     try:
         answer = {'answer': {'names': names, 'press': lambda: press(name, question.get('about')),
                              'checked': lambda: checked(name), 'description': lambda: description(name),
-                             'described': described,
+                             'described': described, 'place': lambda: place(question['role'], name),
                              'set': lambda: set_value(name, question['value'])}[verb]()}
     except GLib.Error:  # a control vanished while we looked: look again
         answer = {'answer': {'names': [], 'press': False, 'checked': None, 'description': None, 'described': [],
-                             'set': False}[verb]}
+                             'place': None, 'set': False}[verb]}
     print(json.dumps(answer), flush=True)

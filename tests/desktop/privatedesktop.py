@@ -301,6 +301,10 @@ class Controls(Child):
         """What a screen reader says of that control after its name; None if there is no such control."""
         return self.ask(verb='description', name=name)
 
+    def place(self, role, name):
+        """Where on the screen the control of that role and name is, as [x, y, width, height]; None if there is none."""
+        return self.ask(verb='place', role=role, name=name)
+
     def text(self, name):
         """What the field of that name holds; None if there is none."""
         return next((text for _, shown, text in self.names() if shown == name and text), None)

@@ -23,6 +23,8 @@ public:
     void setLeadingSymbol(const QString &symbol);
     void setTextAtTop(bool atTop);
 
+    [[nodiscard]] const QString &symbol() const { return symbolName; }
+    [[nodiscard]] const QString &leadingSymbol() const { return leadingName; }
     [[nodiscard]] const Shade &shade() const { return color; }
     [[nodiscard]] const Type &textType() const { return type; }
     [[nodiscard]] QAccessible::Role accessibleRole() const override { return QAccessible::Link; }

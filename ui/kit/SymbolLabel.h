@@ -29,6 +29,7 @@ public:
     void setShade(const Shade &shade);
 
     [[nodiscard]] const QString &symbol() const { return name; }
+    [[nodiscard]] int symbolSize() const { return size; }
     [[nodiscard]] const Shade &shade() const { return color; }
 
     QSize sizeHint() const override;

@@ -50,7 +50,12 @@ void TextLabel::setText(const QString &newText)
     QLabel::setText(newText);
     if (isAnnounced) // once it is there to be read
         QMetaObject::invokeMethod(
-            this, [this] { announceAlert(*this); }, Qt::QueuedConnection);
+            this,
+            [this] {
+                announceAlert(*this);
+                Q_EMIT announced(text());
+            },
+            Qt::QueuedConnection);
 }
 
 void TextLabel::setType(const Type &newType)

@@ -28,6 +28,10 @@ public:
     /// From now on screen readers say another text at once.
     void setAnnounced() { isAnnounced = true; }
 
+Q_SIGNALS:
+    void announced(const QString &text); ///< Screen readers have been told.
+
+public:
     [[nodiscard]] const Type &type() const { return textType; }
     [[nodiscard]] const Shade &shade() const { return textShade; }
 
