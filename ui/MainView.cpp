@@ -8,6 +8,7 @@
 #include "ui/LeftSidebarAdView.h"
 #include "ui/RightSidebarUtilityView.h"
 #include "ui/WindowServices.h"
+#include "ui/kit/Accessibility.h"
 #include "ui/kit/Builders.h"
 #include "ui/kit/FocusRing.h"
 #include "ui/kit/Theme.h"
@@ -25,6 +26,7 @@ constexpr QSize usualSize{1000, 680};
 
 MainView::MainView(const WindowServices &services, QWidget *parent) : QWidget(parent), theme(new kit::Theme(*this))
 {
+    kit::installAccessibility(); // before anybody can have asked who this is
     setWindowTitle(tr("Orvalen"));
     setMinimumSize(smallestRow.expandedTo({smallestColumns, 0}));
     resize(usualSize);

@@ -136,6 +136,9 @@ class Desktop:
         self.start_service('openbox', ['openbox'])
         wait_for(lambda: 'window id #' in self.output(['xprop', '-root', '_NET_SUPPORTING_WM_CHECK']), what='openbox')
         self.start_service('accessibility', ['/usr/libexec/at-spi-bus-launcher', '--launch-immediately'])
+        asked = ['busctl', '--user', 'call', 'org.freedesktop.DBus', '/', 'org.freedesktop.DBus', 'NameHasOwner', 's',
+                 'org.a11y.Bus']
+        wait_for(lambda: 'true' in self.output(asked), what='the accessibility bus')
         self.controls = Controls(self)
         self.notifications = Notifications(self)
 
@@ -305,6 +308,14 @@ class Controls(Child):
     def text(self, name):
         """What the field of that name holds; None if there is none."""
         return next((text for _, shown, text in self.names() if shown == name and text), None)
+
+    def described(self):
+        """Everything that shows, with all that a screen reader can know of it."""
+        return self.ask(verb='described')
+
+    def set(self, name, value):
+        """Gives the slider of that name a value."""
+        wait_for(lambda: self.ask(verb='set', name=name, value=value), what='a slider "%s" to set' % name)
 
     def is_checked(self, name):
         """Whether the switch of that name is on; None if there is no such switch."""

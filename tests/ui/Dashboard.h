@@ -73,7 +73,9 @@ Widget *Dashboard::findIn(const QWidget &root, const QString &name)
 {
     for (auto *widget : root.findChildren<Widget *>()) {
         const auto *accessible = QAccessible::queryAccessibleInterface(widget);
-        if (widget->isVisibleTo(&root) && accessible && accessible->text(QAccessible::Name) == name)
+        const bool isMeant = accessible && accessible->role() != QAccessible::Grouping && // goes by a name in it
+                             accessible->text(QAccessible::Name) == name;
+        if (isMeant && widget->isVisibleTo(&root))
             return widget;
     }
     return nullptr;

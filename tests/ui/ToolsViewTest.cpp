@@ -72,7 +72,7 @@ TEST_F(Tools, beginWithTitleTaglineAndTheWayToThePortal)
     const auto symbols = in<SymbolLabel>(view);
     EXPECT_EQ(symbols.front()->symbol(), "sparkles");
     EXPECT_EQ(symbols.front()->geometry().size(), QSize(20, 20));
-    EXPECT_EQ(symbols.front()->shade(), accent::orange.vivid);
+    EXPECT_EQ(symbols.front()->shade(), accent::orange.large);
     const auto texts = in<TextLabel>(view);
     expectSet(*texts[0], 14, QFont::Bold, neutral::text);
     expectSet(*texts[1], 10, QFont::Normal, neutral::secondary);

@@ -1,5 +1,6 @@
 #include "ui/kit/ScrollArea.h"
 
+#include <QApplication>
 #include <QPainter>
 
 #include <algorithm>
@@ -11,6 +12,7 @@ namespace orvalen::kit {
 namespace {
 
 constexpr int barWidth = 8;
+constexpr int roomAround = 8; // of a control that is scrolled to: its ring, and some air
 
 class SlimBar : public QScrollBar
 {
@@ -26,7 +28,7 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(neutral::secondary.at(underMouse() || isSliderDown() ? 75 : 45).in(*this));
+        painter.setBrush(neutral::secondary.at(underMouse() || isSliderDown() ? 100 : 75).in(*this));
         painter.drawRoundedRect(QRectF(2, top + 2, barWidth - 4, length - 4), 2, 2);
     }
 };
@@ -55,6 +57,13 @@ ScrollArea::ScrollArea(QWidget *content, QWidget *parent) : QScrollArea(parent),
     });
     connect(bar, &QScrollBar::valueChanged, overlay, &QScrollBar::setValue);
     connect(overlay, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
+
+    // By itself it would follow the keyboard from control to control inside, but not when it comes in from elsewhere.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
+        const bool byPointer = QApplication::mouseButtons() != Qt::NoButton; // what is pressed must not move away
+        if (now && !byPointer && this->widget()->isAncestorOf(now))
+            ensureWidgetVisible(now, 0, roomAround);
+    });
 }
 
 QSize ScrollArea::minimumSizeHint() const
