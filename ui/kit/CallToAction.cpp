@@ -10,7 +10,6 @@
 
 #include "ui/kit/Accessibility.h"
 #include "ui/kit/Symbols.h"
-#include "ui/kit/Type.h"
 
 namespace orvalen::kit {
 
@@ -122,7 +121,7 @@ Shadow CallToAction::shadow() const
 
 QFont CallToAction::labelFont() const
 {
-    return fontFor(text, Type{.size = textSize, .weight = QFont::DemiBold}.font(*this));
+    return fontFor(text, type().font(*this));
 }
 
 QSize CallToAction::sizeHint() const

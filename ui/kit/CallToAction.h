@@ -5,6 +5,7 @@
 #include "ui/kit/Control.h"
 #include "ui/kit/Ground.h"
 #include "ui/kit/Motion.h"
+#include "ui/kit/Type.h"
 
 namespace orvalen::kit {
 
@@ -29,6 +30,7 @@ public:
     [[nodiscard]] const QString &symbol() const { return symbolName; }
     [[nodiscard]] const std::optional<Shade> &dot() const { return dotShade; }
     [[nodiscard]] const Accent &accent() const { return color; }
+    [[nodiscard]] Type type() const { return {.size = textSize, .weight = QFont::DemiBold}; }
     [[nodiscard]] Outline outline() const override { return {rect(), radius}; }
     [[nodiscard]] Shadow shadow() const override;
 
