@@ -7,10 +7,10 @@
 #include <QTextLayout>
 #include <QTextOption>
 
-#include "ui/TemperatureReadout.h"
 #include "ui/kit/Builders.h"
 #include "ui/kit/FocusRing.h"
 #include "ui/kit/ScrollArea.h"
+#include "ui/kit/TabButton.h"
 
 namespace orvalen::test {
 
@@ -130,9 +130,13 @@ private:
 
     static QSize wantedSize(const QWidget &widget)
     {
-        if (widget.hasHeightForWidth() || (widget.layout() && widget.layout()->hasHeightForWidth()))
+        if (widget.layout() && widget.layout()->hasHeightForWidth())
+            return {widget.minimumSizeHint().width(), widget.layout()->totalMinimumHeightForWidth(widget.width())};
+        if (widget.hasHeightForWidth())
             return {widget.minimumSizeHint().width(), widget.heightForWidth(widget.width())};
-        if (qobject_cast<const AddressLabel *>(&widget) || qobject_cast<const Slider *>(&widget) || widget.layout())
+        // These show the whole of their text in less than they would like to have.
+        if (qobject_cast<const AddressLabel *>(&widget) || qobject_cast<const TabButton *>(&widget) ||
+            qobject_cast<const CallToAction *>(&widget) || qobject_cast<const Slider *>(&widget) || widget.layout())
             return widget.minimumSizeHint();
         if (qobject_cast<const QAbstractScrollArea *>(&widget))
             return {widget.minimumSizeHint().width(), 1};

@@ -11,6 +11,7 @@
 #include "ui/kit/Builders.h"
 #include "ui/kit/ScrollArea.h"
 #include "ui/kit/Symbols.h"
+#include "ui/kit/TextLine.h"
 #include "ui/kit/Theme.h"
 
 namespace orvalen::kit {
@@ -115,18 +116,44 @@ TEST(Type, smallTextIsHeavier)
     EXPECT_EQ((Type{.size = 9, .weight = QFont::Bold}.font(widget).weight()), QFont::Bold);
 }
 
-TEST(Type, aSignInATextLeavesItsLettersAlone)
+/// Whether something that is neither black nor white comes out.
+bool isColored(const QString &text, const QFont &font)
 {
-    const QWidget widget;
-    const QString letters = "Start Offline Stream";
-    for (const auto &family : {widget.font().family(), QString("sans-serif"), QString("Inter")}) {
-        QFont plain(family);
-        plain.setPixelSize(11);
-        const auto withSigns = fontFor("⚡ " + letters, plain);
-        EXPECT_EQ(QFontInfo(withSigns).family(), QFontInfo(plain).family());
-        EXPECT_EQ(textWidth(withSigns, letters), textWidth(plain, letters)) << family.toStdString();
-        EXPECT_EQ(fontFor(letters, plain), plain);
+    QImage picture(300, 30, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    TextLine(text, font).draw(painter, picture.rect());
+    for (int x = 0; x < picture.width(); ++x) {
+        for (int y = 0; y < picture.height(); ++y) {
+            if (picture.pixelColor(x, y).saturation() > 128)
+                return true;
+        }
     }
+    return false;
+}
+
+TEST(TextLine, signsAreInColourWhateverTheFont)
+{
+    for (const auto *family : {"sans-serif", "Inter", "DejaVu Sans"}) {
+        QFont font(family);
+        font.setPixelSize(13);
+        for (const auto *text : {"⚡ Start Offline Stream", "⚠️ Safety Precaution", "💡 1-Minute Flashlight Test"})
+            EXPECT_TRUE(isColored(text, font)) << text << " in " << family;
+        for (const auto *text : {"Start Offline Stream", "⌘ + ⌥ + W", "Open ↗", "40.0 °C", "1 2 3 # *"})
+            EXPECT_FALSE(isColored(text, font)) << text << " in " << family;
+    }
+}
+
+TEST(TextLine, aSignLeavesTheLettersAlone)
+{
+    const QFont font("Inter");
+    EXPECT_TRUE(pictureFormats("Start Offline Stream ⌘ ↗ 123", font).isEmpty());
+    const auto formats = pictureFormats("a ⚠️ b 💡 c", font);
+    ASSERT_EQ(formats.size(), 2);
+    EXPECT_EQ(formats[0].start, 2);
+    EXPECT_EQ(formats[0].length, 2);
+    EXPECT_EQ(formats[1].start, 7);
+    EXPECT_EQ(formats[1].length, 2);
 }
 
 const QStringList symbols{"shield.lefthalf.filled",

@@ -208,7 +208,7 @@ TEST_F(Layout, tabsStandSymbolAboveTitleWhereTheCentreIsNarrow)
     const SystemFont font(13, "Inter");
     const auto allStacked = [&](bool stacked) {
         for (const auto *tab : window.findChildren<kit::TabButton *>()) {
-            EXPECT_EQ(tab->isStacked(), stacked) << tab->label().toStdString();
+            EXPECT_EQ(tab->form() == kit::TabButton::Form::beside, !stacked) << tab->label().toStdString();
             EXPECT_EQ(tab->height(), stacked ? 50 : 28) << tab->label().toStdString();
         }
     };

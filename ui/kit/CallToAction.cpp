@@ -10,6 +10,7 @@
 
 #include "ui/kit/Accessibility.h"
 #include "ui/kit/Symbols.h"
+#include "ui/kit/TextLine.h"
 
 namespace orvalen::kit {
 
@@ -47,6 +48,7 @@ void CallToAction::setSymbol(const QString &symbol)
     if (symbolName == symbol)
         return;
     symbolName = symbol;
+    updateGeometry();
     update();
 }
 
@@ -54,6 +56,8 @@ void CallToAction::setDot(const Shade &shade)
 {
     if (dotShade == shade)
         return;
+    if (!dotShade)
+        updateGeometry();
     dotShade = shade;
     update();
 }
@@ -119,19 +123,35 @@ Shadow CallToAction::shadow() const
     return {.offset = 4 / part, .blur = 14 / part, .radius = radius, .shade = color.solid.at(30)};
 }
 
+int CallToAction::besideLabel() const
+{
+    return 2 * padding + (markSize() ? markSize() + gap : 0);
+}
+
+int CallToAction::widthWith(const QFont &font) const
+{
+    return static_cast<int>(std::ceil(TextLine(text, font).width())) + besideLabel();
+}
+
+// Enlarged as other text is, as far as there is room.
 QFont CallToAction::labelFont() const
 {
-    return fontFor(text, type().font(*this));
+    auto font = type().font(*this);
+    for (int size = font.pixelSize(); size > textSize && widthWith(font) > width(); --size)
+        font.setPixelSize(size - 1);
+    return font;
 }
 
 QSize CallToAction::sizeHint() const
 {
-    return {textWidth(labelFont(), text) + symbolSize + gap + 2 * padding, buttonHeight};
+    return {widthWith(type().font(*this)), buttonHeight};
 }
 
 QSize CallToAction::minimumSizeHint() const
 {
-    return {symbolSize + 2 * padding, buttonHeight};
+    auto font = type().font(*this);
+    font.setPixelSize(textSize);
+    return {widthWith(font), buttonHeight};
 }
 
 void CallToAction::paintEvent(QPaintEvent *)
@@ -162,10 +182,9 @@ void CallToAction::paintEvent(QPaintEvent *)
     }
 
     const auto font = labelFont();
-    const QFontMetrics metrics(font);
-    const int markRoom = markSize() ? markSize() + gap : 0;
-    const auto shown = metrics.elidedText(text, Qt::ElideRight, width() - 2 * padding - markRoom);
-    QRect content(0, 0, markRoom + metrics.horizontalAdvance(shown), height());
+    const int markRoom = besideLabel() - 2 * padding;
+    const TextLine line(QFontMetrics(font).elidedText(text, Qt::ElideRight, width() - besideLabel()), font);
+    QRect content(0, 0, markRoom + static_cast<int>(std::ceil(line.width())), height());
     content.moveLeft((width() - content.width()) / 2);
 
     const auto mark = QStyle::visualRect(layoutDirection(), rect(),
@@ -178,9 +197,7 @@ void CallToAction::paintEvent(QPaintEvent *)
         paintSymbol(painter, mark, symbolName, neutral::onSolid.in(*this));
     }
     painter.setPen(neutral::onSolid.in(*this));
-    painter.setFont(font);
-    painter.drawText(QStyle::visualRect(layoutDirection(), rect(), content.adjusted(markRoom, 0, 0, 0)),
-                     Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, shown);
+    line.draw(painter, QStyle::visualRect(layoutDirection(), rect(), content.adjusted(markRoom, 0, 0, 0)));
 }
 
 } // namespace orvalen::kit

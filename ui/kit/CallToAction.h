@@ -10,7 +10,8 @@
 namespace orvalen::kit {
 
 /// A full-width button in the solid tone of its accent, with a symbol or a dot before its label if wanted. It can show
-/// the progress of what it has set off: the fill sweeps from the leading edge, the label stays.
+/// the progress of what it has set off: the fill sweeps from the leading edge, the label stays. A large system font
+/// enlarges the label as far as it has room.
 class CallToAction : public Control, public ShadowCaster
 {
     Q_OBJECT
@@ -51,6 +52,8 @@ private:
     [[nodiscard]] QString announcement() const;
     [[nodiscard]] QFont labelFont() const;
     [[nodiscard]] int markSize() const; ///< Of the symbol or the dot; 0 without.
+    [[nodiscard]] int besideLabel() const;
+    [[nodiscard]] int widthWith(const QFont &font) const;
 
     QString text;
     QString symbolName;

@@ -81,8 +81,8 @@ void TabBar::changeEvent(QEvent *event)
         place();
 }
 
-// Tabs with symbols above share the whole row, each according to its title; with symbols beside they keep to the leading
-// edge. Where room is short all give way by the same, but for their titles.
+// Tabs with symbols above share the whole row, each according to its title; with symbols beside they keep to the
+// leading edge. Where room is short all give way by the same, but for their titles.
 void TabBar::place()
 {
     const auto form = formAt(width());

@@ -11,6 +11,7 @@
 #include <limits>
 
 #include "ui/kit/Accessibility.h"
+#include "ui/kit/TextLine.h"
 
 namespace orvalen::kit {
 
@@ -91,6 +92,7 @@ QSize TextLabel::laidOut(int width) const
         return known->second;
 
     QTextLayout layout(text(), font);
+    layout.setFormats(pictureFormats(text(), font));
     QTextOption option;
     option.setWrapMode(wordWrap() ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
     layout.setTextOption(option);
@@ -131,6 +133,7 @@ void TextLabel::paintEvent(QPaintEvent *)
     const auto shownText =
         elideMode == Qt::ElideNone ? text() : QFontMetrics(font).elidedText(text(), elideMode, width());
     QTextLayout layout(shownText, font);
+    layout.setFormats(pictureFormats(shownText, font));
     QTextOption option(QStyle::visualAlignment(layoutDirection(), alignment()) & Qt::AlignHorizontal_Mask);
     option.setTextDirection(layoutDirection());
     option.setWrapMode(wordWrap() ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);

@@ -38,17 +38,6 @@ QFont Type::font(const QFont &surroundings) const
     return font;
 }
 
-QFont fontFor(const QString &text, const QFont &font)
-{
-    const auto isSign = [](QChar c) { return c.category() == QChar::Symbol_Other && c.unicode() < 0xFF00; };
-    if (std::none_of(text.begin(), text.end(), isSign))
-        return font;
-    auto withSigns = font;
-    // The family that the letters come from by its own name: a general one, such as "sans serif", would come second.
-    withSigns.setFamilies({QFontInfo(font).family(), QStringLiteral("Noto Color Emoji")});
-    return withSigns;
-}
-
 int lineHeight(const QFont &font)
 {
     return static_cast<int>(std::lround(1.35 * font.pixelSize()));

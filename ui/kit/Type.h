@@ -20,10 +20,6 @@ struct Type
     friend bool operator==(const Type &, const Type &) = default;
 };
 
-/// The font for a text that has signs such as a lightning in it: in colour, not thin and grey from whichever font has
-/// them, too. Takes its time, so other text keeps the font that it has.
-[[nodiscard]] QFont fontFor(const QString &text, const QFont &font);
-
 /// 1 to 1.25.
 [[nodiscard]] double textScale(const QFont &systemFont);
 

@@ -1,0 +1,64 @@
+#include "ui/kit/TextLine.h"
+
+#include <QFontInfo>
+
+#include <algorithm>
+
+#include <unicode/uchar.h>
+
+namespace orvalen::kit {
+
+namespace {
+
+constexpr QChar firstPicture(0x231A); // of Unicode's signs, but for those that ask for it
+constexpr QChar asPicture(0xFE0F);    // how a sign asks for that, standing after it
+
+/// How long the sign that the text begins with is; 0 where it begins with none.
+int signLength(QStringView text)
+{
+    if (text.front() < firstPicture)
+        return 0;
+    const bool isPair = text.size() > 1 && text[0].isHighSurrogate();
+    const int length = isPair ? 2 : 1;
+    if (text.size() > length && text[length] == asPicture)
+        return length + 1;
+    const char32_t c = isPair ? QChar::surrogateToUcs4(text[0], text[1]) : text[0].unicode();
+    return u_hasBinaryProperty(static_cast<UChar32>(c), UCHAR_EMOJI_PRESENTATION) ? length : 0;
+}
+
+} // namespace
+
+QList<QTextLayout::FormatRange> pictureFormats(const QString &text, const QFont &font)
+{
+    QList<QTextLayout::FormatRange> formats;
+    for (int at = 0, length = 0; at < text.size(); at += std::max(length, 1)) {
+        length = signLength(QStringView(text).sliced(at));
+        if (length == 0)
+            continue;
+        QTextCharFormat format;
+        auto colored = font;
+        colored.setFamilies({QStringLiteral("Noto Color Emoji")});
+        colored.setPixelSize(QFontInfo(font).pixelSize() * 6 / 5); // as high as the letters beside it
+        format.setFont(colored);
+        formats.push_back({at, length, format});
+    }
+    return formats;
+}
+
+TextLine::TextLine(const QString &text, const QFont &font) : layout(text, font)
+{
+    layout.setFormats(pictureFormats(text, font));
+    QTextOption option;
+    option.setWrapMode(QTextOption::NoWrap);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    line = layout.createLine();
+    layout.endLayout();
+}
+
+void TextLine::draw(QPainter &painter, const QRectF &place) const
+{
+    layout.draw(&painter, {place.left(), place.top() + (place.height() - line.height()) / 2});
+}
+
+} // namespace orvalen::kit
