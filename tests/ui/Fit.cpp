@@ -7,6 +7,8 @@
 #include <QTextLayout>
 #include <QTextOption>
 
+#include <optional>
+
 #include "ui/kit/Builders.h"
 #include "ui/kit/FocusRing.h"
 #include "ui/kit/ScrollArea.h"
@@ -45,19 +47,23 @@ std::string nameOf(const QWidget &widget)
     return widget.metaObject()->className() + (" \"" + name.toStdString() + "\" at ") + rectText(widget.geometry());
 }
 
-bool breaksAWord(const QString &text, const QFont &font, int width)
+/// The first line of the text that ends in the middle of a word, or is too long.
+std::optional<QString> brokenLine(const QString &text, const QFont &font, int width)
 {
     QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, text);
     QTextLayout layout(text, font);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
-    bool found = false;
+    std::optional<QString> found;
     layout.beginLayout();
     for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         line.setLineWidth(width);
-        breaks.setPosition(line.textStart() + line.textLength());
-        found = found || !breaks.isAtBoundary() || line.naturalTextWidth() > width + 0.5;
+        const int end = line.textStart() + line.textLength();
+        breaks.setPosition(end);
+        const bool isBetweenWords = breaks.isAtBoundary() || text[end - 1].isSpace();
+        if (!found && (!isBetweenWords || line.naturalTextWidth() > width + 0.5))
+            found = text.mid(line.textStart(), line.textLength());
     }
     layout.endLayout();
     return found;
@@ -119,9 +125,11 @@ private:
         const auto wanted = wantedSize(widget);
         if (widget.width() < wanted.width() || widget.height() < wanted.height())
             complain(widget, "wants " + rectText({{}, wanted}));
-        if (const auto *label = qobject_cast<const TextLabel *>(&widget);
-            label && label->wordWrap() && breaksAWord(label->text(), label->type().font(*label), label->width()))
-            complain(widget, "breaks a word");
+        if (const auto *label = qobject_cast<const TextLabel *>(&widget); label && label->wordWrap()) {
+            const auto broken = brokenLine(label->text(), label->type().font(*label), label->width());
+            if (broken)
+                complain(widget, "breaks a word after \"" + broken->toStdString() + '"');
+        }
         if (qobject_cast<const Control *>(&widget) && std::min(widget.width(), widget.height()) < smallestTarget)
             complain(widget, "too small to be hit");
         if (const auto *address = qobject_cast<const AddressLabel *>(&widget))

@@ -137,8 +137,10 @@ QSize LinkLabel::sizeHint() const
 
 QSize LinkLabel::minimumSizeHint() const
 {
-    const auto whole = sizeHint();
-    return wraps ? QSize(textSize(1).width(), whole.height()) : whole; // as wide as its longest word
+    if (!wraps)
+        return sizeHint();
+    const int longestWord = textSize(1).width();
+    return {longestWord, heightForWidth(longestWord)};
 }
 
 int LinkLabel::heightForWidth(int width) const

@@ -34,8 +34,18 @@ const TabButton::Metrics &TabButton::metricsOf(Form form)
     static constexpr Metrics beside{
         .textSize = 12, .symbolSize = 14, .padding = 10, .leastPadding = 6, .gap = 6, .height = 28};
     static constexpr Metrics above{
-        .textSize = 11, .symbolSize = 16, .padding = 4, .leastPadding = 1, .gap = 4, .height = 50};
-    return form == Form::beside ? beside : above;
+        .textSize = 11, .symbolSize = 16, .padding = 4, .leastPadding = 2, .gap = 4, .height = 50};
+    static constexpr Metrics aboveTwoLines{
+        .textSize = 11, .symbolSize = 16, .padding = 4, .leastPadding = 0, .gap = 4, .height = 50};
+    switch (form) {
+    case Form::beside:
+        return beside;
+    case Form::above:
+        return above;
+    case Form::aboveTwoLines:
+        break;
+    }
+    return aboveTwoLines;
 }
 
 TabButton::TabButton(QString title, QString symbol, QWidget *parent)
