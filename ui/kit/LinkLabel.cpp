@@ -23,7 +23,7 @@ constexpr int unlimited = 1 << 20;
 int lay(QTextLayout &layout, int width, Qt::LayoutDirection direction)
 {
     QTextOption option(QStyle::visualAlignment(direction, Qt::AlignLeading));
-    option.setTextDirection(direction);
+    option.setTextDirection(Qt::LayoutDirectionAuto);
     option.setWrapMode(QTextOption::WordWrap);
     layout.setTextOption(option);
     const int height = lineHeight(layout.font());
@@ -145,7 +145,10 @@ QSize LinkLabel::minimumSizeHint() const
 
 int LinkLabel::heightForWidth(int width) const
 {
-    return wraps ? std::max(textSize(width).height(), smallestTarget) : -1;
+    if (!wraps)
+        return -1;
+    const int oneLine = lineHeight(type.font(*this));
+    return textSize(width).height() + std::max(0, smallestTarget - oneLine); // around one line and around several
 }
 
 QRect LinkLabel::textPlace() const
