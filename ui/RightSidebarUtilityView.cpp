@@ -139,6 +139,7 @@ QWidget *RightSidebarUtilityView::promotion()
                                 .size(10)
                                 .weight(QFont::DemiBold)
                                 .color(accent::indigo)
+                                .wrapped()
                                 .about(heading)),
                 })
         .tint(accent::indigo, 8)

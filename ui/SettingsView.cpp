@@ -97,12 +97,7 @@ QWidget *SettingsView::aboutCard()
                         .spacing(10),
                     note(tr("Orvalen is crafted by Quenmark Technologies to solve Apple Silicon thermal bridge and "
                             "display interconnect sensitivity.")),
-                    hStack({
-                               siteLink("safari.fill", makerSite),
-                               siteLink("globe", makerToolsSite),
-                               spacer(),
-                           })
-                        .spacing(16),
+                    flow({siteLink("safari.fill", makerSite), siteLink("globe", makerToolsSite)}, 16),
                 })
         .spacing(4)
         .padding(12, 12, 12, 7);

@@ -71,6 +71,7 @@ void TemperatureReadout::paintEvent(QPaintEvent *)
     const int unitLeft = width() - kit::textWidth(unitFont, unit);
 
     QPainter painter(this);
+    painter.setLayoutDirection(Qt::LeftToRight); // number before unit, everywhere
     painter.setFont(numberFont);
     painter.setPen(fading.shown().in(*this));
     painter.drawText(unitLeft - gap - kit::textWidth(numberFont, text()), baseline, text());

@@ -76,6 +76,7 @@ QWidget *ToolsView::services()
                     leading(link(tr("See our services ↗"), [this] { urls.open(sitePage(makerSite, "services")); })
                                 .size(11)
                                 .weight(QFont::Bold)
+                                .wrapped()
                                 .about(question)),
                 })
         .tint(accent::blue, 6)

@@ -14,7 +14,6 @@
 #include "ui/LeftSidebarAdView.h"
 #include "ui/RightSidebarUtilityView.h"
 #include "ui/kit/Builders.h"
-#include "ui/kit/TabButton.h"
 #include "ui/kit/Theme.h"
 
 namespace orvalen {
@@ -68,40 +67,6 @@ TEST_F(Window, isNeverSmallerThanItsColumns)
     settle();
     EXPECT_EQ(window.size(), QSize(815, 560));
     EXPECT_EQ(centre().width(), 420);
-}
-
-TEST_F(Window, everythingOfTheDashboardFitsAtEveryWidth)
-{
-    for (const int width : {815, 1000, 1600}) {
-        window.resize(width, 680);
-        settle();
-        for (const auto *widget : centre().findChildren<QWidget *>()) {
-            if (!widget->isVisible())
-                continue;
-            const QRect place(widget->mapTo(&centre(), QPoint(0, 0)), widget->size());
-            EXPECT_TRUE(centre().rect().adjusted(0, 0, 0, 400).contains(place))
-                << widget->metaObject()->className() << " at " << width;
-        }
-    }
-}
-
-TEST_F(Window, tabsStandSymbolAboveTitleWhereRoomIsShort)
-{
-    const auto allStacked = [&](bool stacked) {
-        const auto tabs = window.findChildren<kit::TabButton *>();
-        return std::all_of(tabs.begin(), tabs.end(), [=](auto *tab) {
-            return tab->isStacked() == stacked && tab->height() == (stacked ? 50 : 28);
-        });
-    };
-    window.resize(815, 680);
-    settle();
-    EXPECT_TRUE(allStacked(true));
-    window.resize(1600, 680);
-    settle();
-    EXPECT_TRUE(allStacked(false));
-    window.resize(175 + 579 + 220, 680);
-    settle();
-    EXPECT_TRUE(allStacked(true));
 }
 
 TEST_F(Window, changingTheTabLeavesTheSidebarsAlone)

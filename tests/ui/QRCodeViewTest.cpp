@@ -4,13 +4,10 @@
 
 #include <QAccessible>
 #include <QImage>
-#include <QPainter>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 
 #include <string>
 
+#include "tests/ui/CodeReader.h"
 #include "tests/ui/Dashboard.h"
 #include "ui/kit/Builders.h"
 #include "ui/kit/Theme.h"
@@ -19,33 +16,12 @@ namespace orvalen::kit {
 namespace {
 
 using test::Dashboard;
+using test::drawn;
+using test::readBack;
 
 const std::string shortAddress = "http://192.168.1.20:8999";
 const std::string longAddress =
     "http://an-office-laptop-with-a-rather-long-name-of-its-own-and-then-some-more-at-the-end.local:8999";
-
-/// What a reader of QR codes makes of a picture; empty if it finds none.
-QString readBack(const QImage &picture)
-{
-    const QTemporaryDir folder;
-    const auto file = folder.filePath("code.png");
-    QProcess reader;
-    if (!picture.save(file))
-        return "not saved";
-    reader.start("zbarimg", {"--quiet", "--raw", "--nodbus", "-Sdisable", "-Sqrcode.enable", file});
-    reader.waitForFinished();
-    return QString::fromUtf8(reader.readAllStandardOutput()).trimmed();
-}
-
-/// The pixels that a screen of that scale would get of a widget, `shift` logical pixels away from its corner.
-QImage drawn(QWidget &widget, double scale, QPoint shift = {})
-{
-    QImage picture((QSizeF(widget.size() + QSize(shift.x(), shift.y())) * scale).toSize(), QImage::Format_RGB32);
-    picture.setDevicePixelRatio(scale);
-    picture.fill(widget.palette().color(QPalette::Window));
-    widget.render(&picture, shift);
-    return picture;
-}
 
 struct Code : ::testing::TestWithParam<double>
 {
@@ -60,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(Scales, Code, ::testing::Values(1.0, 1.25, 1.5, 2.0, 3.
 
 TEST_P(Code, isReadBackByAReader)
 {
-    if (QStandardPaths::findExecutable("zbarimg").isEmpty())
+    if (!test::hasCodeReader())
         GTEST_SKIP() << "install zbar-tools";
     for (const bool dark : {false, true}) {
         view.setPalette(themePalette(dark));

@@ -1,132 +1,22 @@
 #include <gmock/gmock.h>
 
-#include <QAccessible>
-#include <QTest>
+#include <functional>
+#include <ostream>
 
-#include <algorithm>
-
-#include "tests/ui/Dashboard.h"
-#include "ui/MultiCloneView.h"
-#include "ui/RightSidebarUtilityView.h"
+#include "tests/ui/StreamWindow.h"
 #include "ui/StreamRules.h"
-#include "ui/kit/Builders.h"
 
 namespace orvalen {
 namespace {
 
 using namespace kit;
-using test::Dashboard;
-using test::networkInterface;
+using namespace test;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// The window with the tab "Screen Clone" chosen, over a machine in a Wi-Fi network.
-struct Stream : ::testing::Test, Dashboard
-{
-    Stream()
-    {
-        machine.interfaces.entries = {{wifi}};
-        webServer.refreshIPs();
-        state.selectedTab = 4;
-        show();
-        window.activateWindow();
-        settle();
-        machine.diary.take();
-    }
+using StreamViews = StreamWindow;
 
-    [[nodiscard]] QWidget &sidebar() const { return *window.findChild<RightSidebarUtilityView *>(); }
-    [[nodiscard]] QWidget &tab() const { return *window.findChild<MultiCloneView *>(); }
-
-    /// The card around the widget of that name.
-    [[nodiscard]] QWidget &card(const QString &name) const
-    {
-        auto *widget = findIn<QWidget>(tab(), name);
-        while (widget && !qobject_cast<Card *>(widget))
-            widget = widget->parentWidget();
-        EXPECT_TRUE(widget) << name.toStdString();
-        return *widget;
-    }
-    [[nodiscard]] QWidget &browserCard() const { return card("Zero-Install Web Mirror (Phone & Tablets)"); }
-    [[nodiscard]] QWidget &tetheringCard() const { return card("Direct USB Tethering Mirror"); }
-    [[nodiscard]] QWidget &voiceCard() const { return card("Blind Voice Assistant (When 100% Black)"); }
-
-    /// What a person can read there, in reading order.
-    static std::vector<std::string> words(const QWidget &root)
-    {
-        std::vector<std::string> found;
-        for (const auto *widget : root.findChildren<QWidget *>()) {
-            if (!widget->isVisibleTo(&root))
-                continue;
-            if (const auto *label = qobject_cast<const QLabel *>(widget); label && !label->text().isEmpty())
-                found.push_back(label->text().toStdString());
-            else if (const auto *control = qobject_cast<const Control *>(widget))
-                found.push_back(control->label().toStdString());
-            else if (const auto *line = qobject_cast<const QLineEdit *>(widget))
-                found.push_back(line->text().toStdString());
-            else if (qobject_cast<const QRCodeView *>(widget))
-                found.emplace_back("(QR code)");
-        }
-        return found;
-    }
-
-    template <typename Widget>
-    static Widget &only(const QWidget &root)
-    {
-        const auto all = root.findChildren<Widget *>();
-        EXPECT_EQ(all.size(), 1);
-        return *all.front();
-    }
-    static CallToAction &call(const QWidget &root) { return only<CallToAction>(root); }
-
-    /// Presses the button of that label; of several, the one about `what`.
-    static void press(const QWidget &root, const QString &label, const QString &what = {})
-    {
-        for (auto *control : root.findChildren<Control *>()) {
-            if (control->isVisibleTo(&root) && control->label() == label &&
-                (what.isEmpty() || control->accessibleDescription() == what)) {
-                QTest::mouseClick(control, Qt::LeftButton);
-                return;
-            }
-        }
-        ADD_FAILURE() << "nothing to press: " << label.toStdString() << ' ' << what.toStdString();
-    }
-
-    int servers() const { return machine.processes.running(test::FakeMachine::streamServer); }
-
-    const NetworkInterface wifi = networkInterface("en0", "192.168.1.20");
-    const NetworkInterface phone = networkInterface("en5", "172.20.10.2");
-};
-
-TEST_F(Stream, theSideColumnOffersTheStreamWhileThereIsNone)
-{
-    EXPECT_THAT(words(sidebar()), ElementsAre("100% OFFLINE MIRROR", "NO INTERNET",
-                                              "Works completely offline without Wi-Fi, Router or Active Internet.",
-                                              "⚡ Start Offline Stream", "USB CABLE (OFFLINE)",
-                                              "Plug USB cable & turn on Hotspot/Tethering:", "WI-FI / LOCAL MDNS",
-                                              "http://192.168.1.20:8999", "Copy"));
-    EXPECT_EQ(call(sidebar()).accent(), accent::green);
-    EXPECT_EQ(call(sidebar()).dot(), StreamRules::dotShade(false));
-    EXPECT_EQ(call(sidebar()).accessibleDescription(), "The stream is off");
-}
-
-TEST_F(Stream, theSideColumnsButtonStartsTheStreamAndStopsIt)
-{
-    QTest::mouseClick(&call(sidebar()), Qt::LeftButton);
-    EXPECT_TRUE(webServer.isRunning);
-    EXPECT_EQ(servers(), 1);
-    EXPECT_EQ(call(sidebar()).label(), "Stop Offline Stream");
-    EXPECT_EQ(call(sidebar()).accent(), accent::orange);
-    EXPECT_EQ(call(sidebar()).dot(), StreamRules::dotShade(true));
-    EXPECT_NE(StreamRules::dotShade(true), StreamRules::dotShade(false));
-    EXPECT_EQ(call(sidebar()).accessibleDescription(), "The stream is on");
-
-    QTest::mouseClick(&call(sidebar()), Qt::LeftButton);
-    EXPECT_FALSE(webServer.isRunning);
-    EXPECT_EQ(servers(), 0);
-    EXPECT_EQ(call(sidebar()).label(), "⚡ Start Offline Stream");
-}
-
-TEST_F(Stream, bothPlacesAgreeWhicheverIsPressed)
+TEST_F(StreamViews, agreeWhicheverOfThemIsPressed)
 {
     const auto expectRunning = [this](bool isRunning) {
         EXPECT_EQ(webServer.isRunning, isRunning);
@@ -144,221 +34,303 @@ TEST_F(Stream, bothPlacesAgreeWhicheverIsPressed)
     expectRunning(false);
 }
 
-TEST_F(Stream, aServerThatCannotBeStartedChangesNothing)
+TEST_F(StreamViews, aServerThatCannotBeStartedChangesNothing)
 {
-    machine.processes.missing.insert(test::FakeMachine::streamServer);
+    machine.processes.missing.insert(FakeMachine::streamServer);
     press(sidebar(), "⚡ Start Offline Stream");
     EXPECT_EQ(call(sidebar()).label(), "⚡ Start Offline Stream");
     EXPECT_EQ(call(browserCard()).label(), "Start Browser Cast");
 }
 
-TEST_F(Stream, aPhoneOnTheCableIsShownWhileItIsThere)
+/// Whatever of the two views changes, as it stands on the screen. Empty: is not there.
+struct Shown
 {
-    machine.interfaces.entries = {{wifi, phone}};
-    webServer.refreshIPs();
-    EXPECT_THAT(words(sidebar()), ElementsAre("100% OFFLINE MIRROR", "NO INTERNET",
-                                              "Works completely offline without Wi-Fi, Router or Active Internet.",
-                                              "⚡ Start Offline Stream", "USB CABLE (OFFLINE)", "USB LINK ACTIVE",
-                                              "http://172.20.10.2:8999", "Copy", "WI-FI / LOCAL MDNS",
-                                              "http://192.168.1.20:8999", "Copy"));
-    press(sidebar(), "Copy", "http://172.20.10.2:8999");
-    EXPECT_EQ(machine.pasteboard.text, "http://172.20.10.2:8999");
-    webServer.serverPort = 9000;
-    EXPECT_THAT(words(sidebar()), ::testing::Contains("http://172.20.10.2:9000")); // as it would be copied now
+    struct Browser
+    {
+        std::string badge{};
+        std::string button{};
+        std::string color{}; // of the button
+        std::string code{};  // what it says
+        std::string address{};
+        std::string bonjour{};
+        bool operator==(const Browser &) const = default;
+    };
+    struct Cable
+    {
+        std::string badge{};
+        std::string color{}; // of the badge
+        std::string line{};
+        std::string toCopy{};
+        std::string hint{};
+        bool operator==(const Cable &) const = default;
+    };
+    struct Column
+    {
+        std::string button{};
+        std::string color{};
+        std::string light{};
+        std::string usbLabel{};
+        std::string usbLink{};
+        std::string usbToCopy{};
+        std::string usbHint{};
+        std::string wifiLink{};
+        bool operator==(const Column &) const = default;
+    };
+    Browser browser;
+    Cable cable;
+    Column column;
+    bool warning = false;
+    bool operator==(const Shown &) const = default;
 
-    machine.interfaces.entries = {{wifi}}; // unplugged
-    webServer.refreshIPs();
-    const auto shown = words(sidebar());
-    EXPECT_THAT(shown, ::testing::Contains("Plug USB cable & turn on Hotspot/Tethering:"));
-    EXPECT_THAT(shown, ::testing::Not(::testing::Contains("USB LINK ACTIVE")));
-    EXPECT_EQ(std::count(shown.begin(), shown.end(), "Copy"), 1);
-}
-
-TEST_F(Stream, theSideColumnsLinkIsCopied)
-{
-    press(sidebar(), "Copy", "http://192.168.1.20:8999");
-    EXPECT_EQ(machine.pasteboard.text, "http://192.168.1.20:8999");
-    machine.world.settle();
-    EXPECT_THAT(machine.sounds.played, ElementsAre("Tink"));
-}
-
-TEST_F(Stream, theSideColumnStaysWhateverTabIsChosen)
-{
-    for (const int tag : {0, 1, 2, 3, 4, 99}) {
-        state.selectedTab = tag;
-        settle();
-        EXPECT_TRUE(call(sidebar()).isVisible()) << tag;
+    friend std::ostream &operator<<(std::ostream &stream, const Shown &shown)
+    {
+        const auto &[browser, cable, column, warning] = shown;
+        stream << "\n  card 1:";
+        for (const auto &part :
+             {browser.badge, browser.button, browser.color, browser.code, browser.address, browser.bonjour})
+            stream << " [" << part << ']';
+        stream << "\n  card 2:";
+        for (const auto &part : {cable.badge, cable.color, cable.line, cable.toCopy, cable.hint})
+            stream << " [" << part << ']';
+        stream << "\n  column:";
+        for (const auto &part : {column.button, column.color, column.light, column.usbLabel, column.usbLink,
+                                 column.usbToCopy, column.usbHint, column.wifiLink})
+            stream << " [" << part << ']';
+        return stream << "\n  warning: " << warning;
     }
-}
+};
 
-TEST_F(Stream, theTabSaysWhatItIsFor)
+struct Walk : StreamWindow
 {
-    const auto shown = words(tab());
-    EXPECT_EQ(shown.at(0), "Multi-Screen Clone & Bypass Studio");
-    EXPECT_EQ(shown.at(1), "Multiple zero-downtime display mirroring methods for when screen blacks out.");
-}
+    // As a person finds the stream for the first time, set by hand.
+    Walk()
+    {
+        webServer.isRunning = false;
+        webServer.serverPort = 8999;
+        webServer.primaryURL = "http://192.168.1.20:8999";
+        webServer.bonjourURL = "http://macbook-air.local:8999";
+        webServer.usbIP = "";
+        webServer.usbBridge = USBBridgeInfo{};
+        webServer.qrCodeImage = std::nullopt;
+        webServer.hasScreenRecordingPermission = true;
+    }
 
-TEST_F(Stream, theBrowsersCardIsShortWithoutAStream)
-{
-    EXPECT_THAT(words(browserCard()), ElementsAre("1", "Zero-Install Web Mirror (Phone & Tablets)", "NO APP NEEDED",
-                                                  "Stream Mac screen directly to any iPhone, Android, or laptop "
-                                                  "browser with Screen 1 / Screen 2 tabs.",
-                                                  "Start Browser Cast"));
-}
-
-TEST_F(Stream, theBrowsersCardHasTheAddressesAndTheCodeOfARunningStream)
-{
-    press(browserCard(), "Start Browser Cast");
-    EXPECT_THAT(words(browserCard()),
-                ElementsAre("1", "Zero-Install Web Mirror (Phone & Tablets)", "ONLINE",
-                            "Stream Mac screen directly to any iPhone, Android, or laptop "
-                            "browser with Screen 1 / Screen 2 tabs.",
-                            "Stop Stream", "(QR code)", "Scan with Phone",
-                            "Open in Phone / Tablet Browser:", "http://192.168.1.20:8999", "Copy", "Open",
-                            "Universal Bonjour (mDNS):", "http://macbook-air.local:8999", "Copy"));
-    EXPECT_EQ(only<QRCodeView>(tab()).accessibleDescription(), "http://192.168.1.20:8999");
-    settle();
-    EXPECT_EQ(only<QRCodeView>(tab()).size(), QSize(116, 116)); // 100 and its margin
-}
-
-TEST_F(Stream, theAddressesFollowThePortThatTheServerGot)
-{
-    machine.processes.onLaunch = [this](auto &) { machine.files.contents["/tmp/orvalen_port.txt"] = "9000"; };
-    press(browserCard(), "Start Browser Cast");
-    EXPECT_THAT(words(browserCard()), ::testing::Contains("http://192.168.1.20:8999"));
-    machine.world.advance(std::chrono::milliseconds(300));
-    const auto shown = words(browserCard());
-    EXPECT_THAT(shown, ::testing::Contains("http://192.168.1.20:9000"));
-    EXPECT_THAT(shown, ::testing::Contains("http://macbook-air.local:9000"));
-    EXPECT_EQ(only<QRCodeView>(tab()).accessibleDescription(), "http://192.168.1.20:9000");
-    EXPECT_THAT(words(sidebar()), ::testing::Contains("http://192.168.1.20:9000"));
-}
-
-TEST_F(Stream, withoutACodeThereAreTheAddressesAlone)
-{
-    webServer.isRunning = true;
-    webServer.qrCodeImage = std::nullopt;
-    const auto shown = words(browserCard());
-    EXPECT_THAT(shown, ::testing::Not(::testing::Contains("(QR code)")));
-    EXPECT_THAT(shown, ::testing::Not(::testing::Contains("Scan with Phone")));
-    EXPECT_THAT(shown, ::testing::Contains("http://192.168.1.20:8999"));
-}
-
-TEST_F(Stream, theAddressesAreCopiedAndOpened)
-{
-    webServer.isRunning = true;
-    settle();
-    press(browserCard(), "Copy", "http://macbook-air.local:8999");
-    EXPECT_EQ(machine.pasteboard.text, "http://macbook-air.local:8999");
-    press(browserCard(), "Copy", "http://192.168.1.20:8999");
-    EXPECT_EQ(machine.pasteboard.text, "http://192.168.1.20:8999");
-    press(browserCard(), "Open");
-    EXPECT_THAT(machine.urls.opened, ElementsAre("http://192.168.1.20:8999"));
-}
-
-TEST_F(Stream, theCablesCardTellsHowToConnect)
-{
-    webServer.isRunning = true; // makes no difference here
-    EXPECT_THAT(words(tetheringCard()),
-                ElementsAre("2", "Direct USB Tethering Mirror", "100% OFFLINE",
-                            "Connect phone with USB cable & turn on USB Tethering. Zero Wi-Fi or router needed.",
-                            "Refresh USB Status",
-                            "Waiting for USB Connection:", "• Connect phone to Mac via USB-C / Lightning cable.",
-                            "• iPhone: Settings → Personal Hotspot → Enable 'Allow Others to Join'.",
-                            "• Android: Settings → Hotspot & Tethering → Turn on 'USB Tethering'.",
-                            " (Bonjour works over USB cable)"));
-}
-
-TEST_F(Stream, theCablesCardFindsThePhoneWhenAskedTo)
-{
-    machine.interfaces.entries = {{wifi, phone}};
-    press(tetheringCard(), "Refresh USB Status");
-    EXPECT_FALSE(webServer.isRunning);
-    EXPECT_THAT(words(tetheringCard()),
-                ElementsAre("2", "Direct USB Tethering Mirror", "CONNECTED",
-                            "Connect phone with USB cable & turn on USB Tethering. Zero Wi-Fi or router needed.",
-                            "Refresh USB Status", "USB Bridge Active: 172.20.10.2", "Copy Link"));
-    settle();
-    press(tetheringCard(), "Copy Link");
-    EXPECT_EQ(machine.pasteboard.text, "http://172.20.10.2:8999");
-}
-
-TEST_F(Stream, theVoiceIsTriedOut)
-{
-    EXPECT_THAT(words(voiceCard()),
-                ElementsAre("4", "Blind Voice Assistant (When 100% Black)", "KEYBOARD SHORTCUT",
-                            "Press ⌘ + ⌥ + M anytime. Mac will instantly start streaming and speak out the connection "
-                            "URL via speakers.",
-                            "Test Hotkey Voice"));
-    press(voiceCard(), "Test Hotkey Voice");
-    machine.world.settle();
-    EXPECT_THAT(machine.speech.spoken, ElementsAre("Orvalen screen stream online. Open phone browser and type: 192 dot "
-                                                   "168 dot 1 dot 20 colon 8999. Or, macbook-air.local colon 8999."));
-    EXPECT_EQ(call(sidebar()).label(), "Stop Offline Stream");
-}
-
-TEST_F(Stream, theWarningIsThereWhileTheScreenMayNotBeCaptured)
-{
-    const auto isWarned = [this] { return find("Screen Recording Permission Required") != nullptr; };
-    EXPECT_FALSE(isWarned());
-    machine.captureAccess.granted = false;
-    webServer.refreshIPs();
-    EXPECT_TRUE(isWarned());
-    EXPECT_TRUE(find("Toggle Orvalen ON in System Settings to enable streaming."));
-    machine.captureAccess.granted = true;
-    webServer.refreshIPs();
-    EXPECT_FALSE(isWarned());
-}
-
-TEST_F(Stream, whatIsShownFromTheStartIsNoWindowOfItsOwn)
-{
-    machine.interfaces.entries = {{wifi, phone}};
-    machine.captureAccess.granted = false;
-    webServer.isRunning = true;
-    webServer.refreshIPs();
-    const MultiCloneView another(webServer, usbManager);
-    for (const auto *widget : QApplication::topLevelWidgets())
-        EXPECT_TRUE(widget == &window || !widget->isVisible()) << widget->metaObject()->className();
-}
-
-TEST_F(Stream, everythingFitsAtEveryWidth)
-{
-    machine.hostName.multicast = "an-office-laptop-with-a-rather-long-name-of-its-own-and-then-some";
-    machine.interfaces.entries = {{phone}};
-    machine.captureAccess.granted = false;
-    webServer.isRunning = true;
-    webServer.refreshIPs();
-    for (const bool hasWifi : {false, true}) {
-        machine.interfaces.entries = hasWifi ? std::vector{wifi} : std::vector<NetworkInterface>{};
-        webServer.refreshIPs();
-        for (const int width : {815, 1000, 1600}) {
-            window.resize(width, 680);
-            settle();
-            for (auto *root : {&sidebar(), &tab()}) {
-                for (const auto *widget : root->findChildren<QWidget *>()) {
-                    if (!widget->isVisibleTo(root))
-                        continue;
-                    const QRect place(widget->mapTo(root, QPoint(0, 0)), widget->size());
-                    EXPECT_TRUE(root->rect().contains(place))
-                        << widget->metaObject()->className() << ' '
-                        << QAccessible::queryAccessibleInterface(const_cast<QWidget *>(widget))
-                               ->text(QAccessible::Name)
-                               .toStdString()
-                        << " at " << width;
-                    if (const auto *label = qobject_cast<const TextLabel *>(widget)) {
-                        EXPECT_GE(label->height(), label->heightForWidth(label->width()))
-                            << label->text().toStdString();
-                    }
-                    if (const auto *control = qobject_cast<const Control *>(widget)) {
-                        EXPECT_GE(std::min(control->width(), control->height()), 24) << control->label().toStdString();
-                    }
-                }
-            }
+    static std::string colorName(const Accent &accent)
+    {
+        return accent == accent::green    ? "green"
+               : accent == accent::orange ? "orange"
+               : accent == accent::blue   ? "blue"
+                                          : "another";
+    }
+    template <typename Widget>
+    static std::string textOf(const QWidget &root, const QString &name)
+    {
+        const auto *found = findIn<Widget>(root, name);
+        return found ? found->text().toStdString() : "";
+    }
+    static std::string described(const QWidget &root, const QString &name)
+    {
+        const auto *found = findIn(root, name);
+        return found ? found->accessibleDescription().toStdString() : "";
+    }
+    /// Of the labels the one that begins so.
+    static std::string line(const QWidget &root, const QString &start)
+    {
+        for (const auto *label : root.findChildren<TextLabel *>()) {
+            if (label->isVisibleTo(&root) && label->text().startsWith(start))
+                return label->text().toStdString();
         }
+        return "";
+    }
+
+    [[nodiscard]] Shown shown() const
+    {
+        const auto &browser = browserCard();
+        const auto &cable = tetheringCard();
+        const auto &column = sidebar();
+        const auto &light = call(column).dot();
+        return {
+            .browser = {.badge = only<Badge>(browser).text().toStdString(),
+                        .button = call(browser).label().toStdString(),
+                        .color = colorName(call(browser).accent()),
+                        .code = described(browser, "QR code"),
+                        .address = textOf<AddressLabel>(browser, "Open in Phone / Tablet Browser:"),
+                        .bonjour = textOf<AddressLabel>(browser, "Universal Bonjour (mDNS):")},
+            .cable = {.badge = only<Badge>(cable).text().toStdString(),
+                      .color = colorName(only<Badge>(cable).accent()),
+                      .line = line(cable, "USB Bridge Active"),
+                      .toCopy = described(cable, "Copy Link"),
+                      .hint = line(cable, "Waiting")},
+            .column = {.button = call(column).label().toStdString(),
+                       .color = colorName(call(column).accent()),
+                       .light = light == StreamRules::dotShade(true)    ? "green"
+                                : light == StreamRules::dotShade(false) ? "gray"
+                                                                        : "another",
+                       .usbLabel = line(column, "USB LINK"),
+                       .usbLink = textOf<AddressLabel>(column, "USB CABLE (OFFLINE)"),
+                       .usbToCopy = described(cardAround(column, "USB CABLE (OFFLINE)"), "Copy"),
+                       .usbHint = line(column, "Plug"),
+                       .wifiLink = textOf<AddressLabel>(column, "WI-FI / LOCAL MDNS")},
+            .warning = !line(tab(), "Screen Recording Permission").empty(),
+        };
+    }
+
+    /// What must hold whatever is published.
+    static void expectAgreement(const Shown &shown)
+    {
+        const auto &[browser, cable, column, warning] = shown;
+        EXPECT_EQ(browser.button == "Stop Stream", column.button == "Stop Offline Stream");
+        EXPECT_EQ(browser.button == "Start Browser Cast", column.button == "⚡ Start Offline Stream");
+        EXPECT_EQ(browser.badge == "ONLINE", column.light == "green");
+        EXPECT_EQ(browser.color, column.color);
+        if (!browser.address.empty()) {
+            EXPECT_EQ(browser.address, column.wifiLink);
+        }
+        if (!browser.code.empty()) {
+            EXPECT_EQ(browser.code, column.wifiLink);
+        }
+        EXPECT_EQ(cable.badge == "CONNECTED", column.usbLabel == "USB LINK ACTIVE");
+        EXPECT_EQ(cable.hint.empty(), column.usbHint.empty());
+        EXPECT_EQ(cable.toCopy, column.usbToCopy);
+        EXPECT_EQ(column.usbToCopy, column.usbLink);
+    }
+
+    const USBBridgeInfo bridge{true, "172.20.10.2", "en5", "iPhone", "http://172.20.10.2:8999"};
+    const std::optional<QRCodeImage> code = QRCodeHelper::generateQRCode("http://192.168.1.20:8999");
+};
+
+TEST_F(Walk, throughEverythingThatCanBePublishedShowsBothViewsInStep)
+{
+    struct Step
+    {
+        const char *name;
+        std::function<void()> publish;
+        std::function<void(Shown &)> expect; // what is another thing now; all else is as before
+    };
+    const auto stopped = [](Shown &shown) {
+        shown.browser = {.badge = "NO APP NEEDED", .button = "Start Browser Cast", .color = "green"};
+        shown.column.button = "⚡ Start Offline Stream";
+        shown.column.color = "green";
+        shown.column.light = "gray";
+    };
+    const auto running = [](Shown &shown) {
+        shown.browser = {.badge = "ONLINE",
+                         .button = "Stop Stream",
+                         .color = "orange",
+                         .address = "http://192.168.1.20:8999",
+                         .bonjour = "http://macbook-air.local:8999"};
+        shown.column.button = "Stop Offline Stream";
+        shown.column.color = "orange";
+        shown.column.light = "green";
+    };
+    const auto noBridge = [](Shown &shown) {
+        shown.cable = {.badge = "100% OFFLINE", .color = "blue", .hint = "Waiting for USB Connection:"};
+        shown.column.usbLabel = shown.column.usbLink = shown.column.usbToCopy = "";
+        shown.column.usbHint = "Plug USB cable & turn on Hotspot/Tethering:";
+    };
+    const auto bridged = [](Shown &shown) {
+        const auto *link = "http://172.20.10.2:8999";
+        shown.cable = {
+            .badge = "CONNECTED", .color = "green", .line = "USB Bridge Active: 172.20.10.2", .toCopy = link};
+        shown.column.usbLabel = "USB LINK ACTIVE";
+        shown.column.usbLink = shown.column.usbToCopy = link;
+        shown.column.usbHint = "";
+    };
+    const auto unchanged = [](Shown &) {};
+    auto &server = webServer;
+
+    const std::vector<Step> steps{
+        {"a code while stopped", [&] { server.qrCodeImage = code; }, unchanged},
+        {"none while stopped", [&] { server.qrCodeImage = std::nullopt; }, unchanged},
+        {"the stream runs", [&] { server.isRunning = true; }, running},
+        {"its code is there", [&] { server.qrCodeImage = code; },
+         [](Shown &shown) { shown.browser.code = "http://192.168.1.20:8999"; }},
+        {"permission is missing", [&] { server.hasScreenRecordingPermission = false; },
+         [](Shown &shown) { shown.warning = true; }},
+        {"a phone's address", [&] { server.usbIP = "172.20.10.2"; }, unchanged},
+        {"a bridge", [&] { server.usbBridge = bridge; }, bridged},
+        {"permission is granted", [&] { server.hasScreenRecordingPermission = true; },
+         [](Shown &shown) { shown.warning = false; }},
+        {"another port", [&] { server.serverPort = 9001; },
+         [](Shown &shown) {
+             shown.cable.toCopy = shown.column.usbLink = shown.column.usbToCopy = "http://172.20.10.2:9001";
+         }},
+        {"its address", [&] { server.primaryURL = "http://192.168.1.20:9001"; },
+         [](Shown &shown) {
+             shown.browser.code = shown.browser.address = shown.column.wifiLink = "http://192.168.1.20:9001";
+         }},
+        {"its name", [&] { server.bonjourURL = "http://other.local:9001"; },
+         [](Shown &shown) { shown.browser.bonjour = "http://other.local:9001"; }},
+        {"the code is gone", [&] { server.qrCodeImage = std::nullopt; }, [](Shown &shown) { shown.browser.code = ""; }},
+        {"the stream stops", [&] { server.isRunning = false; }, stopped},
+        {"permission is missing again", [&] { server.hasScreenRecordingPermission = false; },
+         [](Shown &shown) { shown.warning = true; }},
+        {"no bridge", [&] { server.usbBridge = USBBridgeInfo{}; }, noBridge},
+        {"and no address", [&] { server.usbIP = ""; }, unchanged},
+        {"the port from before", [&] { server.serverPort = 8999; }, unchanged},
+        {"the bridge is back",
+         [&] {
+             server.usbIP = "172.20.10.2";
+             server.usbBridge = bridge;
+         },
+         bridged},
+        {"the addresses from before",
+         [&] {
+             server.primaryURL = "http://192.168.1.20:8999";
+             server.bonjourURL = "http://macbook-air.local:8999";
+         },
+         [](Shown &shown) { shown.column.wifiLink = "http://192.168.1.20:8999"; }},
+        {"the stream is back", [&] { server.isRunning = true; }, running},
+    };
+
+    Shown expected;
+    stopped(expected);
+    noBridge(expected);
+    expected.column.wifiLink = "http://192.168.1.20:8999";
+    EXPECT_EQ(shown(), expected);
+    for (const auto &[name, publish, expect] : steps) {
+        SCOPED_TRACE(name);
+        publish();
+        expect(expected);
+        EXPECT_EQ(shown(), expected);
+        expectAgreement(shown());
+        settle(); // and what has been laid out and painted is no different
+        EXPECT_EQ(shown(), expected);
+    }
+    EXPECT_THAT(machine.diary.take(), IsEmpty()); // looking is all that the views did
+}
+
+TEST_F(Walk, inWhateverOrderAllCombinationsAgree)
+{
+    int gray = 0; // of neighbours one bit differs
+    for (int step = 1; step <= 32; ++step) {
+        const int next = (step ^ (step >> 1)) & 0xF;
+        switch (gray ^ next) {
+        case 1:
+            webServer.isRunning = (next & 1) != 0;
+            break;
+        case 2:
+            webServer.qrCodeImage = next & 2 ? code : std::nullopt;
+            break;
+        case 4:
+            webServer.hasScreenRecordingPermission = (next & 4) == 0;
+            break;
+        default:
+            webServer.usbIP = next & 8 ? "172.20.10.2" : "";
+            webServer.usbBridge = next & 8 ? bridge : USBBridgeInfo{};
+        }
+        gray = next;
+        SCOPED_TRACE(gray);
+        const auto now = shown();
+        expectAgreement(now);
+        EXPECT_EQ(now.browser.badge == "ONLINE", (gray & 1) != 0);
+        EXPECT_EQ(!now.browser.code.empty(), (gray & 3) == 3);
+        EXPECT_EQ(now.warning, (gray & 4) != 0);
+        EXPECT_EQ(now.cable.badge == "CONNECTED", (gray & 8) != 0);
     }
 }
 
-TEST_F(Stream, nothingIsPaintedWhereNothingChanges)
+TEST_F(StreamViews, paintNothingWhereNothingChanges)
 {
     struct Paints : QObject
     {
@@ -383,24 +355,27 @@ TEST_F(Stream, nothingIsPaintedWhereNothingChanges)
     EXPECT_GT(paints.count, 0);
 }
 
-TEST_F(Stream, theKeyboardReachesEveryButtonInReadingOrder)
+TEST_F(StreamViews, theKeyboardReachesEveryButtonInReadingOrder)
 {
     machine.interfaces.entries = {{wifi, phone}};
     webServer.isRunning = true;
     webServer.refreshIPs();
+    webServer.hasScreenRecordingPermission = false;
     settle();
     find("Settings")->setFocus(Qt::TabFocusReason);
     std::vector<std::string> visited;
-    for (int i = 0; i < 10; ++i) {
+    for (int i = 0; i < 15; ++i) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         const auto *control = qobject_cast<Control *>(QApplication::focusWidget());
         visited.push_back(control ? control->label().toStdString() : "?");
     }
-    EXPECT_THAT(visited, ElementsAre("Stop Stream", "Copy", "Open", "Copy", "Refresh USB Status", "Copy Link",
-                                     "Test Hotkey Voice", "Stop Offline Stream", "Copy", "Copy"));
+    EXPECT_THAT(visited,
+                ElementsAre("Open Settings ↗", "Stop Stream", "Copy", "Open", "Copy", "Refresh USB Status", "Copy Link",
+                            "Open Displays Settings ↗", "Test Hotkey Voice", "Stop Offline Stream", "Copy", "Copy",
+                            "Displays & Mirroring", "Screen Recording Access", "Talk to us ↗"));
 }
 
-TEST_F(Stream, theViewsLetGoOfTheStreamWithTheWindow)
+TEST_F(StreamViews, letGoOfTheStreamWithTheWindow)
 {
     const auto followers = [this] { return webServer.isRunning.subscriberCount(); };
     const auto before = followers();

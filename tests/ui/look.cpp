@@ -1,5 +1,5 @@
 // Draws the window in its main states into a folder, to be looked at:
-//   QT_QPA_PLATFORM=offscreen ui_look FOLDER [FONT]     (QT_SCALE_FACTOR=2 for twice the pixels)
+//   QT_QPA_PLATFORM=offscreen ui_look FOLDER [FONT [PIXELS]]     (QT_SCALE_FACTOR=2 for twice the pixels)
 #include <QFont>
 #include <QKeyEvent>
 #include <QThread>
@@ -52,12 +52,12 @@ int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
     if (argc < 2) {
-        std::fputs("usage: ui_look FOLDER [FONT]\n", stderr);
+        std::fputs("usage: ui_look FOLDER [FONT [PIXELS]]\n", stderr);
         return 2;
     }
     const auto folder = QString::fromLocal8Bit(argv[1]);
     QFont font(argc > 2 ? QString::fromLocal8Bit(argv[2]) : QApplication::font().family());
-    font.setPixelSize(13);
+    font.setPixelSize(argc > 3 ? QByteArray(argv[3]).toInt() : 13);
     QApplication::setFont(font);
 
     orvalen::test::Dashboard dashboard;

@@ -22,7 +22,7 @@ AddressLabel::AddressLabel(QWidget *parent) : QLineEdit(parent)
     setTextMargins(-toolkitsMargin, 0, -toolkitsMargin, 0);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     setFocusPolicy(Qt::ClickFocus); // on the way from control to control there is the button that copies
-    setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+    alignToReading();
     applyFont();
     applyShade();
 }
@@ -68,6 +68,12 @@ void AddressLabel::applyShade()
     setPalette(colors);
 }
 
+// A line edit would ask its text, and an address always runs from left to right.
+void AddressLabel::alignToReading()
+{
+    setAlignment((isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter);
+}
+
 QSize AddressLabel::sizeHint() const
 {
     return {textWidth(font(), text()) + 1, lineHeight(font())};
@@ -101,6 +107,9 @@ bool AddressLabel::event(QEvent *event)
     case QEvent::PaletteChange:
         applyShade();
         break;
+    case QEvent::LayoutDirectionChange:
+        alignToReading();
+        break;
     default:
         break;
     }
@@ -123,7 +132,8 @@ void AddressLabel::paintEvent(QPaintEvent *event)
     }
     QPainter painter(this);
     painter.setPen(textShade.in(*this));
-    painter.drawText(rect(), QStyle::visualAlignment(layoutDirection(), alignment()) | Qt::TextSingleLine, shown());
+    painter.setLayoutDirection(Qt::LeftToRight);
+    painter.drawText(rect(), alignment() | Qt::TextSingleLine, shown());
 }
 
 void AddressLabel::focusInEvent(QFocusEvent *event)

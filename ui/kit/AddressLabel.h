@@ -41,6 +41,7 @@ protected:
 private:
     void applyFont();
     void applyShade();
+    void alignToReading();
     [[nodiscard]] bool isShortened() const;
 
     Type textType;

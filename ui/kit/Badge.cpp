@@ -89,6 +89,7 @@ void Badge::paintEvent(QPaintEvent *)
     }
     painter.setPen(ink.shown().in(*this));
     painter.setFont(style.type.font(*this));
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     painter.drawText(QStyle::visualRect(layoutDirection(), rect(), content), Qt::AlignCenter | Qt::TextSingleLine,
                      text());
 }

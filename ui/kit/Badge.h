@@ -29,6 +29,8 @@ public:
     void setAccent(const Accent &accent);
 
     [[nodiscard]] const Accent &accent() const { return color; }
+    [[nodiscard]] const Type &type() const { return style.type; }
+    [[nodiscard]] int tint() const { return style.tint; } ///< Per cent.
 
 Q_SIGNALS:
     void announced(const QString &word); ///< Screen readers have been told.

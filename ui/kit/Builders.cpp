@@ -146,6 +146,11 @@ CardBuilt card(const Elements &elements)
     return built;
 }
 
+Built<Flow> flow(std::vector<QWidget *> elements, int spacing)
+{
+    return Built(new Flow(std::move(elements), spacing));
+}
+
 Text Text::size(int pixels) const
 {
     auto type = widget->type();
@@ -333,6 +338,12 @@ Link Link::about(const QString &what) const
 Link Link::atTop() const
 {
     widget->setTextAtTop(true);
+    return *this;
+}
+
+Link Link::wrapped() const
+{
+    widget->setWraps(true);
     return *this;
 }
 

@@ -12,6 +12,7 @@
 #include "ui/kit/Badge.h"
 #include "ui/kit/CallToAction.h"
 #include "ui/kit/Disc.h"
+#include "ui/kit/Flow.h"
 #include "ui/kit/Ground.h"
 #include "ui/kit/LinkLabel.h"
 #include "ui/kit/Live.h"
@@ -96,6 +97,9 @@ Container<QWidget> hStack(const Elements &elements);                    ///< Its
 Container<QWidget> grid(int columns, const Elements &elements);         ///< Columns of one width.
 CardBuilt card(const Elements &elements);                               ///< A vertical stack on a card.
 
+/// One after another, on further lines where they do not fit on one.
+Built<Flow> flow(std::vector<QWidget *> elements, int spacing);
+
 class Text : public Built<TextLabel>
 {
 public:
@@ -152,7 +156,8 @@ public:
     Link symbol(const QString &name) const;        ///< After the text.
     Link leadingSymbol(const QString &name) const; ///< Before it.
     Link atTop() const;                            ///< The text at the upper edge of what can be hit.
-    Link about(const QString &what) const;         ///< Tells links of one name apart, to screen readers.
+    Link wrapped() const;
+    Link about(const QString &what) const; ///< Tells links of one name apart, to screen readers.
 };
 
 Link link(const Live<QString> &label, Action action);

@@ -11,7 +11,6 @@
 #include "ui/kit/Accessibility.h"
 #include "ui/kit/Symbols.h"
 #include "ui/kit/TextLine.h"
-#include "ui/kit/Type.h"
 
 namespace orvalen::kit {
 
@@ -49,6 +48,7 @@ void CallToAction::setSymbol(const QString &symbol)
     if (symbolName == symbol)
         return;
     symbolName = symbol;
+    updateGeometry();
     update();
 }
 
@@ -56,6 +56,8 @@ void CallToAction::setDot(const Shade &shade)
 {
     if (dotShade == shade)
         return;
+    if (!dotShade)
+        updateGeometry();
     dotShade = shade;
     update();
 }
@@ -121,20 +123,35 @@ Shadow CallToAction::shadow() const
     return {.offset = 4 / part, .blur = 14 / part, .radius = radius, .shade = color.solid.at(30)};
 }
 
+int CallToAction::besideLabel() const
+{
+    return 2 * padding + (markSize() ? markSize() + gap : 0);
+}
+
+int CallToAction::widthWith(const QFont &font) const
+{
+    return static_cast<int>(std::ceil(TextLine(text, font).width())) + besideLabel();
+}
+
+// Enlarged as other text is, as far as there is room.
 QFont CallToAction::labelFont() const
 {
-    return Type{.size = textSize, .weight = QFont::DemiBold}.font(*this);
+    auto font = type().font(*this);
+    for (int size = font.pixelSize(); size > textSize && widthWith(font) > width(); --size)
+        font.setPixelSize(size - 1);
+    return font;
 }
 
 QSize CallToAction::sizeHint() const
 {
-    const int textWidth = static_cast<int>(std::ceil(TextLine(text, labelFont()).width()));
-    return {textWidth + symbolSize + gap + 2 * padding, buttonHeight};
+    return {widthWith(type().font(*this)), buttonHeight};
 }
 
 QSize CallToAction::minimumSizeHint() const
 {
-    return {symbolSize + 2 * padding, buttonHeight};
+    auto font = type().font(*this);
+    font.setPixelSize(textSize);
+    return {widthWith(font), buttonHeight};
 }
 
 void CallToAction::paintEvent(QPaintEvent *)
@@ -165,8 +182,8 @@ void CallToAction::paintEvent(QPaintEvent *)
     }
 
     const auto font = labelFont();
-    const int markRoom = markSize() ? markSize() + gap : 0;
-    const TextLine line(QFontMetrics(font).elidedText(text, Qt::ElideRight, width() - 2 * padding - markRoom), font);
+    const int markRoom = besideLabel() - 2 * padding;
+    const TextLine line(QFontMetrics(font).elidedText(text, Qt::ElideRight, width() - besideLabel()), font);
     QRect content(0, 0, markRoom + static_cast<int>(std::ceil(line.width())), height());
     content.moveLeft((width() - content.width()) / 2);
 

@@ -5,11 +5,13 @@
 #include "ui/kit/Control.h"
 #include "ui/kit/Ground.h"
 #include "ui/kit/Motion.h"
+#include "ui/kit/Type.h"
 
 namespace orvalen::kit {
 
 /// A full-width button in the solid tone of its accent, with a symbol or a dot before its label if wanted. It can show
-/// the progress of what it has set off: the fill sweeps from the leading edge, the label stays.
+/// the progress of what it has set off: the fill sweeps from the leading edge, the label stays. A large system font
+/// enlarges the label as far as it has room.
 class CallToAction : public Control, public ShadowCaster
 {
     Q_OBJECT
@@ -29,6 +31,7 @@ public:
     [[nodiscard]] const QString &symbol() const { return symbolName; }
     [[nodiscard]] const std::optional<Shade> &dot() const { return dotShade; }
     [[nodiscard]] const Accent &accent() const { return color; }
+    [[nodiscard]] Type type() const { return {.size = textSize, .weight = QFont::DemiBold}; }
     [[nodiscard]] Outline outline() const override { return {rect(), radius}; }
     [[nodiscard]] Shadow shadow() const override;
 
@@ -49,6 +52,8 @@ private:
     [[nodiscard]] QString announcement() const;
     [[nodiscard]] QFont labelFont() const;
     [[nodiscard]] int markSize() const; ///< Of the symbol or the dot; 0 without.
+    [[nodiscard]] int besideLabel() const;
+    [[nodiscard]] int widthWith(const QFont &font) const;
 
     QString text;
     QString symbolName;

@@ -86,6 +86,7 @@ public:
     void setTint(const Shade &tint);
     void setRadius(int radius);
 
+    [[nodiscard]] const Shade &tintShade() const { return tint; }
     [[nodiscard]] Shadow shadow() const override;
 
 protected:

@@ -1,10 +1,11 @@
 #include "ui/kit/LinkLabel.h"
 
-#include <QFontMetrics>
 #include <QPainter>
 #include <QStyle>
+#include <QTextLayout>
 
 #include <algorithm>
+#include <cmath>
 
 #include "ui/kit/Symbols.h"
 
@@ -16,6 +17,28 @@ constexpr int smallestTarget = 24;
 constexpr int symbolGap = 3;
 constexpr int leadingSize = 13;
 constexpr int leadingGap = 6;
+constexpr int unlimited = 1 << 20;
+
+/// Lays the text out in lines of our height; returns how wide the widest is, rounded up.
+int lay(QTextLayout &layout, int width, Qt::LayoutDirection direction)
+{
+    QTextOption option(QStyle::visualAlignment(direction, Qt::AlignLeading));
+    option.setTextDirection(Qt::LayoutDirectionAuto);
+    option.setWrapMode(QTextOption::WordWrap);
+    layout.setTextOption(option);
+    const int height = lineHeight(layout.font());
+    double y = 0.0;
+    double widest = 0.0;
+    layout.beginLayout();
+    for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition({0.0, y + (height - line.height()) / 2});
+        y += height;
+        widest = std::max(widest, line.naturalTextWidth());
+    }
+    layout.endLayout();
+    return static_cast<int>(std::ceil(widest));
+}
 
 } // namespace
 
@@ -75,6 +98,14 @@ void LinkLabel::setTextAtTop(bool atTop)
     update();
 }
 
+void LinkLabel::setWraps(bool newWraps)
+{
+    wraps = newWraps;
+    auto policy = sizePolicy();
+    policy.setHeightForWidth(wraps);
+    setSizePolicy(policy);
+}
+
 int LinkLabel::symbolSize() const
 {
     return type.size * 4 / 5;
@@ -90,22 +121,40 @@ int LinkLabel::trailingRoom() const
     return symbolName.isEmpty() ? 0 : symbolGap + symbolSize();
 }
 
+QSize LinkLabel::textSize(int width) const
+{
+    const int besideText = leadingRoom() + trailingRoom();
+    QTextLayout layout(text, type.font(*this));
+    const int widest = lay(layout, std::max(1, width - besideText), layoutDirection());
+    return {widest + besideText, layout.lineCount() * lineHeight(layout.font())};
+}
+
 QSize LinkLabel::sizeHint() const
 {
-    const auto font = type.font(*this);
-    return {leadingRoom() + textWidth(font, text) + trailingRoom(), std::max(lineHeight(font), smallestTarget)};
+    const auto size = textSize(unlimited);
+    return {size.width(), std::max(size.height(), smallestTarget)};
 }
 
 QSize LinkLabel::minimumSizeHint() const
 {
-    return {std::min(smallestTarget, sizeHint().width()), sizeHint().height()};
+    if (!wraps)
+        return sizeHint();
+    const int longestWord = textSize(1).width();
+    return {longestWord, heightForWidth(longestWord)};
+}
+
+int LinkLabel::heightForWidth(int width) const
+{
+    if (!wraps)
+        return -1;
+    const int oneLine = lineHeight(type.font(*this));
+    return textSize(width).height() + std::max(0, smallestTarget - oneLine); // around one line and around several
 }
 
 QRect LinkLabel::textPlace() const
 {
-    const int textHeight = lineHeight(type.font(*this));
-    const QSize size(std::min(width(), sizeHint().width()), textHeight);
-    return QStyle::visualRect(layoutDirection(), rect(), {{0, isTextAtTop ? 0 : (height() - textHeight) / 2}, size});
+    const auto size = textSize(wraps ? width() : unlimited).boundedTo({width(), height()});
+    return QStyle::visualRect(layoutDirection(), rect(), {{0, isTextAtTop ? 0 : (height() - size.height()) / 2}, size});
 }
 
 void LinkLabel::paintEvent(QPaintEvent *)
@@ -115,20 +164,27 @@ void LinkLabel::paintEvent(QPaintEvent *)
     const auto shade = color.in(*this);
     const auto place = textPlace();
     const auto within = [&](const QRect &part) { return QStyle::visualRect(layoutDirection(), place, part); };
-    const auto square = [&](int x, int size) {
-        return within({x, place.top() + (place.height() - size + 1) / 2, size, size});
-    };
     const auto textRect = within(place.adjusted(leadingRoom(), 0, -trailingRoom(), 0));
 
+    QTextLayout layout(text, font);
+    lay(layout, std::max(1, textRect.width()), layoutDirection());
     QPainter painter(this);
-    painter.setFont(font);
     painter.setPen(shade);
-    painter.drawText(textRect, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine,
-                     QFontMetrics(font).elidedText(text, Qt::ElideRight, textRect.width()));
+    layout.draw(&painter, textRect.topLeft());
+
+    // Each symbol is on the line that it begins or ends.
+    const int line = lineHeight(font);
+    const auto square = [&](int x, int y, int size) {
+        return within({place.left() + x, y + (line - size + 1) / 2, size, size});
+    };
     if (!leadingName.isEmpty())
-        paintSymbol(painter, square(place.left(), leadingSize), leadingName, shade);
-    if (!symbolName.isEmpty())
-        paintSymbol(painter, square(place.right() + 1 - symbolSize(), symbolSize()), symbolName, shade);
+        paintSymbol(painter, square(0, place.top(), leadingSize), leadingName, shade);
+    if (!symbolName.isEmpty() && layout.lineCount() > 0) {
+        const auto last = layout.lineAt(layout.lineCount() - 1);
+        const int end = leadingRoom() + static_cast<int>(std::ceil(last.naturalTextWidth())) + symbolGap;
+        paintSymbol(painter, square(end, place.top() + (layout.lineCount() - 1) * line, symbolSize()), symbolName,
+                    shade);
+    }
 }
 
 } // namespace orvalen::kit

@@ -6,8 +6,9 @@
 
 namespace orvalen::kit {
 
-/// Text that opens something, underlined under the pointer and with the keyboard on it. At least 24 px high, so that it
-/// can be hit; `setTextAtTop` puts the text to the upper edge of that.
+/// Text that opens something, underlined under the pointer and with the keyboard on it. It never loses
+/// a word: with `setWraps` it takes further lines, else it insists on its width. At least 24 px high, so that it can be
+/// hit; `setTextAtTop` puts the text to the upper edge of that.
 class LinkLabel : public Control
 {
     Q_OBJECT
@@ -22,6 +23,7 @@ public:
     void setSymbol(const QString &symbol); ///< Follows the text, a fifth smaller.
     void setLeadingSymbol(const QString &symbol);
     void setTextAtTop(bool atTop);
+    void setWraps(bool wraps);
 
     [[nodiscard]] const QString &symbol() const { return symbolName; }
     [[nodiscard]] const QString &leadingSymbol() const { return leadingName; }
@@ -33,12 +35,14 @@ public:
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+    int heightForWidth(int width) const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
     [[nodiscard]] QRect textPlace() const;
+    [[nodiscard]] QSize textSize(int width) const; ///< With its symbols, in no more than that width if words allow.
     [[nodiscard]] int symbolSize() const;
     [[nodiscard]] int leadingRoom() const;
     [[nodiscard]] int trailingRoom() const;
@@ -49,6 +53,7 @@ private:
     Type type;
     Shade color = accent::blue.ink;
     bool isTextAtTop = false;
+    bool wraps = false;
 };
 
 } // namespace orvalen::kit

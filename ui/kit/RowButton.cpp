@@ -87,8 +87,11 @@ void RowButton::paintEvent(QPaintEvent *)
     const int titleX = padding + leadingSize + gap;
     painter.setFont(type.font(*this));
     painter.setPen(neutral::text.in(*this));
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     painter.drawText(placed({titleX, 0, width() - besideTitle, height()}),
-                     Qt::AlignLeading | Qt::AlignVCenter | Qt::TextWordWrap, text());
+                     QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading | Qt::AlignVCenter) |
+                         Qt::AlignAbsolute | Qt::TextWordWrap,
+                     text());
 }
 
 } // namespace orvalen::kit

@@ -46,6 +46,7 @@ void SmallButton::paintEvent(QPaintEvent *)
     painter.drawRoundedRect(rect(), radius, radius);
     painter.setFont(type.font(*this));
     painter.setPen(color.ink.in(*this));
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
 }
 

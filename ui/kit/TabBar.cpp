@@ -6,13 +6,13 @@
 
 #include <algorithm>
 
-#include "ui/kit/TabButton.h"
-
 namespace orvalen::kit {
 
 namespace {
 
 constexpr int gap = 4;
+
+using Form = TabButton::Form;
 
 } // namespace
 
@@ -28,36 +28,43 @@ TabBar::TabBar(std::vector<TabButton *> given, int wideFrom, QWidget *parent)
     }
 }
 
-int TabBar::naturalWidth(bool stacked) const
+int TabBar::naturalWidth(Form form) const
 {
     int width = gap * (static_cast<int>(tabs.size()) - 1);
     for (const auto *tab : tabs)
-        width += tab->sizeHintWhen(stacked).width();
+        width += tab->sizeHintIn(form).width();
     return width;
 }
 
-bool TabBar::stacksAt(int width) const
+int TabBar::minimumWidth(Form form) const
 {
-    return width < wideFrom || width < naturalWidth(false);
+    int width = gap * (static_cast<int>(tabs.size()) - 1);
+    for (const auto *tab : tabs)
+        width += tab->minimumSizeIn(form).width();
+    return width;
+}
+
+Form TabBar::formAt(int width) const
+{
+    if (width >= wideFrom && width >= minimumWidth(Form::beside))
+        return Form::beside;
+    return width >= minimumWidth(Form::above) ? Form::above : Form::aboveTwoLines;
 }
 
 QSize TabBar::sizeHint() const
 {
-    const int width = naturalWidth(false);
+    const int width = naturalWidth(Form::beside);
     return {width, heightForWidth(width)};
 }
 
 QSize TabBar::minimumSizeHint() const
 {
-    int width = gap * (static_cast<int>(tabs.size()) - 1);
-    for (const auto *tab : tabs)
-        width += tab->minimumSizeHint().width();
-    return {width, tabs.front()->sizeHintWhen(false).height()};
+    return {minimumWidth(Form::aboveTwoLines), tabs.front()->sizeHintIn(Form::beside).height()};
 }
 
 int TabBar::heightForWidth(int width) const
 {
-    return tabs.front()->sizeHintWhen(stacksAt(width)).height();
+    return tabs.front()->sizeHintIn(formAt(width)).height();
 }
 
 void TabBar::resizeEvent(QResizeEvent *)
@@ -68,20 +75,24 @@ void TabBar::resizeEvent(QResizeEvent *)
 void TabBar::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        updateGeometry();
     if (event->type() == QEvent::FontChange || event->type() == QEvent::LayoutDirectionChange)
         place();
 }
 
-// Stacked tabs share the whole row, each according to its title; side by side they keep to the leading edge.
+// Tabs with symbols above share the whole row, each according to its title; with symbols beside they keep to the
+// leading edge. Where room is short all give way by the same, but for their titles.
 void TabBar::place()
 {
-    const bool stacked = stacksAt(width());
+    const auto form = formAt(width());
     const int count = static_cast<int>(tabs.size());
-    const int spare = stacked ? width() - naturalWidth(true) : 0;
+    const int left = width() - naturalWidth(form);
+    const int spare = form == Form::beside ? std::min(0, left) : left;
     int x = 0;
     for (int i = 0; i < count; ++i) {
         auto *tab = tabs[static_cast<std::size_t>(i)];
-        tab->setStacked(stacked);
+        tab->setForm(form);
         const auto natural = tab->sizeHint();
         const int share = spare * (i + 1) / count - spare * i / count;
         const QRect place(x, 0, std::max(tab->minimumSizeHint().width(), natural.width() + share), natural.height());

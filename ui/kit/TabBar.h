@@ -4,12 +4,13 @@
 
 #include <vector>
 
+#include "ui/kit/TabButton.h"
+
 namespace orvalen::kit {
 
-class TabButton;
-
 /// A row of tabs. Each has its symbol beside its title where the row is at least `wideFrom` px wide and they all fit,
-/// else above it. Left and Right go from tab to tab and choose it.
+/// else above it; titles of several words take two lines where they would not fit on one. Left and Right go from tab to
+/// tab and choose it.
 class TabBar : public QWidget
 {
     Q_OBJECT
@@ -28,8 +29,9 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    [[nodiscard]] bool stacksAt(int width) const;
-    [[nodiscard]] int naturalWidth(bool stacked) const;
+    [[nodiscard]] TabButton::Form formAt(int width) const;
+    [[nodiscard]] int naturalWidth(TabButton::Form form) const;
+    [[nodiscard]] int minimumWidth(TabButton::Form form) const;
     void place();
 
     std::vector<TabButton *> tabs;

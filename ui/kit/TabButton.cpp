@@ -2,7 +2,10 @@
 
 #include <QFontMetrics>
 #include <QPainter>
+#include <QStringList>
 #include <QStyle>
+
+#include <algorithm>
 
 #include "ui/kit/Shade.h"
 #include "ui/kit/Symbols.h"
@@ -12,24 +15,38 @@ namespace orvalen::kit {
 
 namespace {
 
-struct Layout
+constexpr int radius = 8;
+
+} // namespace
+
+struct TabButton::Metrics
 {
     int textSize;
     int symbolSize;
     int padding;
+    int leastPadding;
     int gap;
-    int height;
+    int height; ///< With one line.
 };
-constexpr Layout beside{.textSize = 12, .symbolSize = 14, .padding = 10, .gap = 6, .height = 28};
-constexpr Layout above{.textSize = 11, .symbolSize = 16, .padding = 4, .gap = 4, .height = 50};
-constexpr int radius = 8;
 
-QFont fontFor(const QWidget &widget, const Layout &layout, bool selected)
+const TabButton::Metrics &TabButton::metricsOf(Form form)
 {
-    return Type{.size = layout.textSize, .weight = selected ? QFont::DemiBold : QFont::Medium}.font(widget);
+    static constexpr Metrics beside{
+        .textSize = 12, .symbolSize = 14, .padding = 10, .leastPadding = 6, .gap = 6, .height = 28};
+    static constexpr Metrics above{
+        .textSize = 11, .symbolSize = 16, .padding = 4, .leastPadding = 2, .gap = 4, .height = 50};
+    static constexpr Metrics aboveTwoLines{
+        .textSize = 11, .symbolSize = 16, .padding = 4, .leastPadding = 0, .gap = 4, .height = 50};
+    switch (form) {
+    case Form::beside:
+        return beside;
+    case Form::above:
+        return above;
+    case Form::aboveTwoLines:
+        break;
+    }
+    return aboveTwoLines;
 }
-
-} // namespace
 
 TabButton::TabButton(QString title, QString symbol, QWidget *parent)
     : Control(parent), title(std::move(title)), symbolName(std::move(symbol))
@@ -38,11 +55,11 @@ TabButton::TabButton(QString title, QString symbol, QWidget *parent)
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
-void TabButton::setStacked(bool newStacked)
+void TabButton::setForm(Form form)
 {
-    if (stacked == newStacked)
+    if (chosenForm == form)
         return;
-    stacked = newStacked;
+    chosenForm = form;
     updateGeometry();
     update();
 }
@@ -53,26 +70,49 @@ void TabButton::setSelected(bool selected)
         setChecked(selected);
 }
 
-// As wide as the heavier of its two weights, so that choosing a tab moves nothing.
-QSize TabButton::sizeHintWhen(bool isStackedThen) const
+QFont TabButton::titleFont(Form form, bool selected) const
 {
-    const auto &layout = isStackedThen ? above : beside;
-    const int titleWidth = textWidth(fontFor(*this, layout, true), title);
-    const int width = isStackedThen ? titleWidth : layout.symbolSize + layout.gap + titleWidth;
-    return {width + 2 * layout.padding, layout.height};
+    return Type{.size = metricsOf(form).textSize, .weight = selected ? QFont::DemiBold : QFont::Medium}.font(*this);
 }
 
-QSize TabButton::minimumSizeHint() const
+QStringList TabButton::linesIn(Form form) const
 {
-    return {above.symbolSize + 2 * above.padding, sizeHint().height()};
+    const auto space = title.lastIndexOf(u' ');
+    if (form != Form::aboveTwoLines || space < 0)
+        return {title};
+    return {title.left(space), title.mid(space + 1)};
+}
+
+// As wide as the heavier of its two weights, so that choosing a tab moves nothing.
+QSize TabButton::sizeIn(Form form, int padding) const
+{
+    const auto &metrics = metricsOf(form);
+    const auto font = titleFont(form, true);
+    int width = 0;
+    for (const auto &line : linesIn(form))
+        width = std::max(width, textWidth(font, line));
+    if (form == Form::beside)
+        width += metrics.symbolSize + metrics.gap;
+    const int furtherLines = form == Form::aboveTwoLines ? lineHeight(font) : 0;
+    return {width + 2 * padding, metrics.height + furtherLines};
+}
+
+QSize TabButton::sizeHintIn(Form form) const
+{
+    return sizeIn(form, metricsOf(form).padding);
+}
+
+QSize TabButton::minimumSizeIn(Form form) const
+{
+    return sizeIn(form, metricsOf(form).leastPadding);
 }
 
 void TabButton::paintEvent(QPaintEvent *)
 {
-    const auto &layout = stacked ? above : beside;
+    const auto &metrics = metricsOf(chosenForm);
     const auto color = (isSelected() ? accent::blue.ink : neutral::text).in(*this);
-    const auto font = fontFor(*this, layout, isSelected());
-    const QFontMetrics metrics(font);
+    const auto font = titleFont(chosenForm, isSelected());
+    const QFontMetrics letters(font);
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -82,26 +122,35 @@ void TabButton::paintEvent(QPaintEvent *)
         painter.drawRoundedRect(rect(), radius, radius);
     }
 
-    const int room = stacked ? width() : width() - 2 * layout.padding - layout.symbolSize - layout.gap;
-    const auto shown = metrics.elidedText(title, Qt::ElideRight, room);
-    const int titleWidth = metrics.horizontalAdvance(shown);
-    QRect symbolPlace;
-    QRect textPlace;
-    if (stacked) {
-        const int textHeight = lineHeight(font);
-        const int top = (height() - layout.symbolSize - layout.gap - textHeight) / 2;
-        symbolPlace = {(width() - layout.symbolSize) / 2, top, layout.symbolSize, layout.symbolSize};
-        textPlace = {(width() - titleWidth) / 2, top + layout.symbolSize + layout.gap, titleWidth + 1, textHeight};
-    } else {
-        const int left = (width() - layout.symbolSize - layout.gap - titleWidth) / 2;
-        symbolPlace = {left, (height() - layout.symbolSize) / 2, layout.symbolSize, layout.symbolSize};
-        textPlace = {left + layout.symbolSize + layout.gap, 0, titleWidth + 1, height()};
-    }
     const auto mirrored = [this](const QRect &place) { return QStyle::visualRect(layoutDirection(), rect(), place); };
-    paintSymbol(painter, mirrored(symbolPlace), symbolName, color);
-    painter.setFont(font);
-    painter.setPen(color);
-    painter.drawText(mirrored(textPlace), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, shown);
+    const auto symbolAt = [&](int x, int y) {
+        paintSymbol(painter, mirrored({x, y, metrics.symbolSize, metrics.symbolSize}), symbolName, color);
+        painter.setFont(font);
+        painter.setPen(color);
+    };
+    const auto line = [&](const QString &words, const QRect &place) {
+        painter.drawText(mirrored(place), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, words);
+    };
+
+    if (chosenForm == Form::beside) {
+        const int besideTitle = metrics.symbolSize + metrics.gap;
+        const auto shown = letters.elidedText(title, Qt::ElideRight, width() - besideTitle);
+        const int titleWidth = letters.horizontalAdvance(shown);
+        const int left = (width() - besideTitle - titleWidth) / 2;
+        symbolAt(left, (height() - metrics.symbolSize) / 2);
+        line(shown, {left + besideTitle, 0, titleWidth + 1, height()});
+        return;
+    }
+    const int textHeight = lineHeight(font);
+    int y = (metrics.height - metrics.symbolSize - metrics.gap - textHeight) / 2;
+    symbolAt((width() - metrics.symbolSize) / 2, y);
+    y += metrics.symbolSize + metrics.gap;
+    for (const auto &words : linesIn(chosenForm)) {
+        const auto shown = letters.elidedText(words, Qt::ElideRight, width());
+        const int shownWidth = letters.horizontalAdvance(shown);
+        line(shown, {(width() - shownWidth) / 2, y, shownWidth + 1, textHeight});
+        y += textHeight;
+    }
 }
 
 } // namespace orvalen::kit

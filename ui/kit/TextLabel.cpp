@@ -140,7 +140,7 @@ void TextLabel::paintEvent(QPaintEvent *)
     QTextLayout layout(shownText, font);
     layout.setFormats(pictureFormats(shownText, font));
     QTextOption option(QStyle::visualAlignment(layoutDirection(), alignment()) & Qt::AlignHorizontal_Mask);
-    option.setTextDirection(layoutDirection());
+    option.setTextDirection(Qt::LayoutDirectionAuto); // a sentence reads in its own direction wherever it stands
     option.setWrapMode(wordWrap() ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
     layout.setTextOption(option);
     const auto size = lay(layout, width(), lineHeight(font));
