@@ -48,7 +48,8 @@ class Desktop:
             "XDG_SESSION_TYPE": "x11",
         }
         read_end, write_end = os.pipe()
-        self.start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", screen, "-nolisten", "tcp", "-noreset"], pass_fds=[write_end])
+        self.start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", screen, "-nolisten", "tcp", "-noreset"],
+                   pass_fds=[write_end])
         os.close(write_end)
         self.environment["DISPLAY"] = ":" + os.read(read_end, 16).decode().strip()
         bus = self.start(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"],
