@@ -64,4 +64,21 @@ void StretchedPicture::draw(QPainter &painter, const QRect &place) const
     }
 }
 
+void paintRounded(QPainter &painter, const QRect &place, int radius, const QColor &fill)
+{
+    const int corner = radius + 1;
+    painter.fillRect(place.adjusted(corner, corner, -corner, -corner), fill);
+    StretchedPicture{
+        .key = QStringLiteral("rounded/%1/%2").arg(radius).arg(fill.rgba(), 0, 16),
+        .corner = corner,
+        .paint =
+            [&](QPainter &target, const QRect &whole) {
+                target.setPen(Qt::NoPen);
+                target.setBrush(fill);
+                target.drawRoundedRect(whole, radius, radius);
+            },
+    }
+        .draw(painter, place);
+}
+
 } // namespace orvalen::kit

@@ -5,6 +5,7 @@
 
 #include <functional>
 
+class QColor;
 class QPainter;
 
 namespace orvalen::kit {
@@ -21,5 +22,8 @@ struct StretchedPicture
     /// middle.
     void draw(QPainter &painter, const QRect &place) const;
 };
+
+/// A filled rectangle with round corners, drawn so.
+void paintRounded(QPainter &painter, const QRect &place, int radius, const QColor &fill);
 
 } // namespace orvalen::kit
