@@ -1,6 +1,7 @@
 #include "ui/MainView.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QShortcut>
 
@@ -48,6 +49,14 @@ MainView::MainView(const WindowServices &services, QWidget *parent) : QWidget(pa
 void MainView::followColorScheme(ColorScheme &scheme)
 {
     theme->follow(scheme);
+}
+
+// Some desktops keep a minimized window as if it were shown, and it would be painted for nobody.
+void MainView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange)
+        setUpdatesEnabled(!isMinimized());
 }
 
 } // namespace orvalen

@@ -18,6 +18,13 @@ namespace orvalen::test {
 /// The window over a machine of fakes, whose pulse the test plays by hand.
 struct Dashboard
 {
+    Dashboard() = default;
+    /// With settings of one's own in the place of the machine's.
+    explicit Dashboard(SettingsStore &settings)
+        : state({engine, settings, machine.world, machine.sounds, machine.notifications})
+    {
+    }
+
     FakeMachine machine;
     FakeThermalEngine engine{machine};
     AppState state{machine.stateServices(engine)};

@@ -35,7 +35,8 @@ protected:
 
 } // namespace
 
-ScrollArea::ScrollArea(QWidget *content, QWidget *parent) : QScrollArea(parent), overlay(new SlimBar(this))
+ScrollArea::ScrollArea(QWidget *given, QWidget *parent)
+    : QScrollArea(parent), content(given), overlay(new SlimBar(this))
 {
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -43,8 +44,7 @@ ScrollArea::ScrollArea(QWidget *content, QWidget *parent) : QScrollArea(parent),
     setWidgetResizable(true);
     setFocusPolicy(Qt::NoFocus);
     viewport()->setAutoFillBackground(false);
-    setWidget(content);
-    content->setAutoFillBackground(false);
+    content->setParent(viewport());
 
     auto *bar = verticalScrollBar();
     overlay->setFocusPolicy(Qt::NoFocus);
@@ -68,11 +68,21 @@ ScrollArea::ScrollArea(QWidget *content, QWidget *parent) : QScrollArea(parent),
 
 QSize ScrollArea::minimumSizeHint() const
 {
-    return {widget()->minimumSizeHint().width(), 0};
+    return {content->minimumSizeHint().width(), 0};
+}
+
+QSize ScrollArea::sizeHint() const
+{
+    return minimumSizeHint();
 }
 
 void ScrollArea::resizeEvent(QResizeEvent *event)
 {
+    if (!widget()) { // only now is it known how wide the content is: no text is laid out for another width before
+        content->resize(viewport()->size());
+        setWidget(content);
+        content->setAutoFillBackground(false);
+    }
     QScrollArea::resizeEvent(event);
     const int x = isRightToLeft() ? 0 : width() - barWidth;
     overlay->setGeometry(x, 0, barWidth, height());
