@@ -459,6 +459,8 @@ struct Stored
     double number;
     double stepUp;   // the first one
     double stepDown; // the first one
+
+    friend std::ostream &operator<<(std::ostream &out, const Stored &it) { return out << it.key << '=' << it.value; }
 };
 
 struct StoredSetting : Settings, ::testing::WithParamInterface<Stored>
