@@ -8,8 +8,7 @@
 #include <QTest>
 
 #include "core/MakerSite.h"
-#include "tests/ui/Reading.h"
-#include "ui/SettingsRules.h"
+#include "tests/ui/SettingsTab.h"
 
 namespace orvalen {
 namespace {
@@ -17,139 +16,18 @@ namespace {
 using namespace kit;
 using test::cardsOf;
 using test::contentOf;
-using test::Dashboard;
-using test::FakeMachine;
+using test::idleTitle;
 using test::Lettering;
 using test::letteringOf;
+using test::NextStart;
 using test::onlyIn;
-using ::testing::Contains;
+using test::Settings;
+using test::SettingsTab;
+using test::targetTitle;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-const QString targetTitle = "Target Bridge Temperature";
-const QString idleTitle = "Idle Sleep Timeout";
-
-constexpr QFont::Weight normal = QFont::Normal;
 constexpr QFont::Weight semibold = QFont::DemiBold;
-
-TEST(SettingsRules, theTargetHasOneDecimalAndItsUnit)
-{
-    EXPECT_EQ(SettingsRules::targetValue(40.0), "40.0 °C");
-    EXPECT_EQ(SettingsRules::targetValue(38.5), "38.5 °C");
-    EXPECT_EQ(SettingsRules::targetValue(45.3), "45.3 °C");
-    EXPECT_EQ(SettingsRules::targetValue(40.25), "40.2 °C"); // as the C library rounds
-    EXPECT_EQ(SettingsRules::targetValue(-3.14), "-3.1 °C");
-}
-
-TEST(SettingsRules, theTimeoutIsCutOffToWholeMinutes)
-{
-    EXPECT_EQ(SettingsRules::idleTimeoutValue(3.0), "3 mins");
-    EXPECT_EQ(SettingsRules::idleTimeoutValue(1.0), "1 mins");
-    EXPECT_EQ(SettingsRules::idleTimeoutValue(9.9), "9 mins");
-    EXPECT_EQ(SettingsRules::idleTimeoutValue(0.7), "0 mins");
-    EXPECT_EQ(SettingsRules::idleTimeoutValue(-2.5), "-2 mins");
-    EXPECT_EQ(SettingsRules::idleTimeoutValue(1440.0), "1440 mins");
-}
-
-TEST(SettingsRules, aTimeoutThatNoNumberOfMinutesCanHoldIsShownAsTheLargest)
-{
-    EXPECT_EQ(SettingsRules::idleTimeoutValue(1e300), "9223372036854775807 mins");
-    EXPECT_EQ(SettingsRules::idleTimeoutValue(-1e300), "-9223372036854775808 mins");
-}
-
-TEST(SettingsRules, theSlidersOfferThirteenTemperaturesAndTenTimes)
-{
-    constexpr auto target = SettingsRules::targetScale;
-    EXPECT_EQ(target.steps() + 1, 13);
-    EXPECT_EQ(target.at(0.0), 38.0);
-    EXPECT_EQ(target.moved(38.0, 1), 38.5);
-    EXPECT_EQ(target.at(1.0), 44.0);
-    constexpr auto idle = SettingsRules::idleTimeoutScale;
-    EXPECT_EQ(idle.steps() + 1, 10);
-    EXPECT_EQ(idle.at(0.0), 1.0);
-    EXPECT_EQ(idle.moved(1.0, 1), 2.0);
-    EXPECT_EQ(idle.at(1.0), 10.0);
-}
-
-/// What a person finds and does in one tab "Settings".
-struct Tab
-{
-    explicit Tab(const QWidget &window) : view(*window.findChild<SettingsView *>()) {}
-
-    [[nodiscard]] Slider &slider(const QString &name) const
-    {
-        for (auto *slider : view.findChildren<Slider *>()) {
-            if (slider->accessibleName() == name)
-                return *slider;
-        }
-        ADD_FAILURE() << "no slider " << name.toStdString();
-        std::abort();
-    }
-    [[nodiscard]] Slider &target() const { return slider(targetTitle); }
-    [[nodiscard]] Slider &idle() const { return slider(idleTitle); }
-    [[nodiscard]] Toggle &toggle(const QString &name) const
-    {
-        for (auto *toggle : view.findChildren<Toggle *>()) {
-            if (toggle->accessibleName() == name)
-                return *toggle;
-        }
-        ADD_FAILURE() << "no switch " << name.toStdString();
-        std::abort();
-    }
-
-    /// The values beside the titles.
-    [[nodiscard]] std::string targetShown() const { return after(targetTitle); }
-    [[nodiscard]] std::string idleShown() const { return after(idleTitle); }
-
-    static void press(Slider &slider, Qt::Key key)
-    {
-        slider.setFocus();
-        QTest::keyClick(&slider, key);
-    }
-
-    SettingsView &view;
-
-private:
-    [[nodiscard]] std::string after(const QString &title) const
-    {
-        const auto all = contentOf(view);
-        const auto found = std::find(all.begin(), all.end(), title.toStdString());
-        return found == all.end() ? std::string() : *(found + 1);
-    }
-};
-
-/// Shows a window with the tab chosen.
-Tab opened(AppState &state, QWidget &window)
-{
-    state.selectedTab = 3;
-    window.show();
-    window.activateWindow();
-    Dashboard::settle();
-    return Tab(window);
-}
-
-/// The tab of a program that has just started on a machine on which nothing has been set.
-struct Settings : ::testing::Test, Dashboard
-{
-    Tab tab = opened(state, window);
-    std::vector<std::string> &writes = machine.settings.writes;
-};
-
-/// The next start of the program, with what has been kept.
-struct NextStart
-{
-    explicit NextStart(Dashboard &before)
-        : state(before.machine.stateServices(before.engine)),
-          window({state, before.webServer, before.usbManager, before.caffeine, before.machine.urls,
-                  before.services.report}),
-          tab(opened(state, window))
-    {
-    }
-
-    AppState state;
-    MainView window;
-    Tab tab;
-};
 
 TEST_F(Settings, standInFiveCards)
 {
@@ -299,7 +177,7 @@ TEST_F(Settings, aSwitchSaysWhatItIsFor)
 TEST_F(Settings, theTargetIsKeptAtEveryStep)
 {
     for (const auto key : {Qt::Key_Right, Qt::Key_PageUp, Qt::Key_End, Qt::Key_Left, Qt::Key_Home})
-        Tab::press(tab.target(), key);
+        SettingsTab::press(tab.target(), key);
     EXPECT_THAT(writes,
                 ElementsAre("targetTemp=40.5", "targetTemp=41.5", "targetTemp=44", "targetTemp=43.5", "targetTemp=38"));
     EXPECT_EQ(state.targetTemp, 38.0);
@@ -309,7 +187,7 @@ TEST_F(Settings, theTargetIsKeptAtEveryStep)
 TEST_F(Settings, theTimeoutIsKeptAtEveryStep)
 {
     for (const auto key : {Qt::Key_Up, Qt::Key_PageDown, Qt::Key_End, Qt::Key_Down, Qt::Key_Home})
-        Tab::press(tab.idle(), key);
+        SettingsTab::press(tab.idle(), key);
     EXPECT_THAT(writes, ElementsAre("idleTimeoutMinutes=4", "idleTimeoutMinutes=2", "idleTimeoutMinutes=10",
                                     "idleTimeoutMinutes=9", "idleTimeoutMinutes=1"));
     EXPECT_EQ(state.idleTimeoutMinutes, 1.0);
@@ -319,10 +197,10 @@ TEST_F(Settings, theTimeoutIsKeptAtEveryStep)
 TEST_F(Settings, theTargetTakesThirteenValues)
 {
     std::vector<std::string> shown;
-    Tab::press(tab.target(), Qt::Key_Home);
+    SettingsTab::press(tab.target(), Qt::Key_Home);
     for (int i = 0; i < 13; ++i) {
         shown.push_back(tab.targetShown());
-        Tab::press(tab.target(), Qt::Key_Right);
+        SettingsTab::press(tab.target(), Qt::Key_Right);
     }
     EXPECT_THAT(shown, ElementsAre("38.0 °C", "38.5 °C", "39.0 °C", "39.5 °C", "40.0 °C", "40.5 °C", "41.0 °C",
                                    "41.5 °C", "42.0 °C", "42.5 °C", "43.0 °C", "43.5 °C", "44.0 °C"));
@@ -332,10 +210,10 @@ TEST_F(Settings, theTargetTakesThirteenValues)
 TEST_F(Settings, theTimeoutTakesTenValues)
 {
     std::vector<std::string> shown;
-    Tab::press(tab.idle(), Qt::Key_Home);
+    SettingsTab::press(tab.idle(), Qt::Key_Home);
     for (int i = 0; i < 10; ++i) {
         shown.push_back(tab.idleShown());
-        Tab::press(tab.idle(), Qt::Key_Right);
+        SettingsTab::press(tab.idle(), Qt::Key_Right);
     }
     EXPECT_THAT(shown, ElementsAre("1 mins", "2 mins", "3 mins", "4 mins", "5 mins", "6 mins", "7 mins", "8 mins",
                                    "9 mins", "10 mins"));
@@ -361,15 +239,15 @@ TEST_F(Settings, theSlidersFollowWhatIsSetElsewhere)
     EXPECT_EQ(tab.idle().value(), 7.0);
     EXPECT_EQ(tab.idleShown(), "7 mins");
     EXPECT_THAT(writes, ElementsAre("targetTemp=42", "idleTimeoutMinutes=7"));
-    Tab::press(tab.idle(), Qt::Key_Right); // goes on from there
+    SettingsTab::press(tab.idle(), Qt::Key_Right); // goes on from there
     EXPECT_EQ(state.idleTimeoutMinutes, 8.0);
 }
 
 TEST_F(Settings, theNextWarmupGoesToTheTargetOfTheMoment)
 {
-    Tab::press(tab.target(), Qt::Key_End);
+    SettingsTab::press(tab.target(), Qt::Key_End);
     state.triggerWarmup();
-    Tab::press(tab.target(), Qt::Key_Home);
+    SettingsTab::press(tab.target(), Qt::Key_Home);
     EXPECT_THAT(engine.targets, ElementsAre(44.0));
 }
 
@@ -426,8 +304,8 @@ TEST_F(Settings, theKeyboardWalksThroughInReadingOrder)
 
 TEST_F(Settings, areThereAgainAtTheNextStart)
 {
-    Tab::press(tab.target(), Qt::Key_Right);
-    Tab::press(tab.idle(), Qt::Key_End);
+    SettingsTab::press(tab.target(), Qt::Key_Right);
+    SettingsTab::press(tab.idle(), Qt::Key_End);
     QTest::mouseClick(&tab.toggle("Audio Chimes & Sound Feedback"), Qt::LeftButton);
     const NextStart next(*this);
     EXPECT_EQ(next.tab.targetShown(), "40.5 °C");
@@ -449,95 +327,6 @@ TEST_F(Settings, letGoOfTheStateWithTheirWindow)
     }
     EXPECT_EQ(followers(), before);
 }
-
-/// A setting that was written elsewhere, and what is shown for it.
-struct Stored
-{
-    std::string key;
-    std::string value;
-    std::string shown;
-    double number;
-    double stepUp;   // the first one
-    double stepDown; // the first one
-};
-
-struct StoredSetting : Settings, ::testing::WithParamInterface<Stored>
-{
-    StoredSetting() { machine.settings.values = {{GetParam().key, GetParam().value}}; }
-
-    [[nodiscard]] bool isTarget() const { return GetParam().key == "targetTemp"; }
-    [[nodiscard]] Slider &slider(const Tab &in) const { return isTarget() ? in.target() : in.idle(); }
-    [[nodiscard]] std::string shown(const Tab &in) const { return isTarget() ? in.targetShown() : in.idleShown(); }
-};
-
-TEST_P(StoredSetting, isShownAsItIsAndLeftAlone)
-{
-    const auto kept = machine.settings.values;
-    NextStart next(*this);
-    const auto expectUntouched = [&](const char *after) {
-        EXPECT_EQ(shown(next.tab), GetParam().shown) << after;
-        EXPECT_EQ(slider(next.tab).value(), GetParam().number) << after;
-        EXPECT_EQ(isTarget() ? next.state.targetTemp : next.state.idleTimeoutMinutes, GetParam().number) << after;
-        EXPECT_THAT(writes, IsEmpty()) << after;
-        EXPECT_EQ(machine.settings.values, kept) << after;
-    };
-    expectUntouched("opening the tab");
-
-    for (const int width : {815, 1600, 1000}) {
-        next.window.resize(width, 560);
-        settle();
-    }
-    expectUntouched("resizing");
-
-    findIn<Control>(next.window, "Settings")->setFocus(Qt::TabFocusReason);
-    for (int i = 0; i < 6; ++i)
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    expectUntouched("walking through");
-
-    for (const int tag : {0, 1, 3}) {
-        next.state.selectedTab = tag;
-        settle();
-    }
-    next.window.hide();
-    next.window.show();
-    settle();
-    expectUntouched("coming back");
-
-    next.window.setLayoutDirection(Qt::RightToLeft);
-    settle();
-    next.window.setLayoutDirection(Qt::LeftToRight);
-    settle();
-    expectUntouched("mirroring");
-
-    test::turnWheel(slider(next.tab), test::notchDown); // without the keyboard on it
-    machine.world.advance(std::chrono::seconds(30));
-    expectUntouched("a while");
-}
-
-TEST_P(StoredSetting, comesToAPlaceWithTheFirstStepOfAPerson)
-{
-    const auto keep = [this](Qt::Key key) {
-        machine.settings.values = {{GetParam().key, GetParam().value}};
-        const NextStart next(*this);
-        Tab::press(slider(next.tab), key);
-        return slider(next.tab).value();
-    };
-    EXPECT_EQ(keep(Qt::Key_Right), GetParam().stepUp);
-    EXPECT_EQ(keep(Qt::Key_Left), GetParam().stepDown);
-}
-
-INSTANTIATE_TEST_SUITE_P(WrittenElsewhere, StoredSetting,
-                         ::testing::Values(Stored{"targetTemp", "45.3", "45.3 °C", 45.3, 45.3, 44.0},
-                                           Stored{"targetTemp", "40.2", "40.2 °C", 40.2, 40.5, 40.0},
-                                           Stored{"targetTemp", "36.9", "36.9 °C", 36.9, 38.0, 36.9},
-                                           Stored{"idleTimeoutMinutes", "9.9", "9 mins", 9.9, 10.0, 9.0},
-                                           Stored{"idleTimeoutMinutes", "30", "30 mins", 30.0, 30.0, 10.0},
-                                           Stored{"idleTimeoutMinutes", "0.5", "0 mins", 0.5, 1.0, 0.5}),
-                         [](const auto &one) {
-                             auto name = one.param.key + "_" + one.param.value;
-                             std::replace(name.begin(), name.end(), '.', '_');
-                             return name;
-                         });
 
 } // namespace
 } // namespace orvalen
