@@ -68,10 +68,9 @@ constexpr std::pair<int, const char *> tabs[] = {
 void awaitDisplay()
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
-        return;
-    auto *display = x11->connection();
-    std::free(xcb_get_input_focus_reply(display, xcb_get_input_focus(display), nullptr));
+    auto *display = x11 ? x11->connection() : nullptr;
+    if (display) // another platform may have the interface and no connection
+        std::free(xcb_get_input_focus_reply(display, xcb_get_input_focus(display), nullptr));
 }
 
 /// In milliseconds.

@@ -376,5 +376,25 @@ TEST(StretchedPictureOfAFrame, looksAsItIsPainted)
     EXPECT_NE(drawn(1.0, true).pixel(50, 6), QColor(Qt::white).rgb()); // something is drawn at all
 }
 
+// What is half transparent must not be laid over itself.
+TEST(RoundedRectangle, isOfOneColourAtEveryOpacity)
+{
+    for (const double scale : {1.0, 1.5, 2.0}) {
+        QImage image(QSize(100, 60) * scale, QImage::Format_RGB32);
+        image.setDevicePixelRatio(scale);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setOpacity(0.45);
+        paintRounded(painter, {0, 0, 100, 60}, 8, Qt::black);
+        const auto at = [&](double x, double y) { return qRed(image.pixel(QPointF(x * scale, y * scale).toPoint())); };
+        EXPECT_NEAR(at(50, 30), 140, 2) << scale;
+        EXPECT_NEAR(at(50, 4), at(50, 30), 1) << scale;
+        EXPECT_NEAR(at(4, 30), at(50, 30), 1) << scale;
+        EXPECT_NEAR(at(5, 5), at(50, 30), 1) << scale;
+        EXPECT_GT(at(0, 0), 200) << scale;
+    }
+}
+
 } // namespace
 } // namespace orvalen

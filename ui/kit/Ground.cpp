@@ -82,11 +82,9 @@ void paintCard(QPainter &painter, const QWidget &widget, int radius, const Shade
 {
     const auto fill = over(tint.in(widget), neutral::card.in(widget));
     const auto edge = neutral::edge.in(widget);
-    const int corner = radius + 1;
-    painter.fillRect(widget.rect().adjusted(corner, corner, -corner, -corner), fill);
     StretchedPicture{
         .key = QStringLiteral("card/%1/%2/%3").arg(radius).arg(fill.rgba(), 0, 16).arg(edge.rgba(), 0, 16),
-        .corner = corner,
+        .corner = radius + 1,
         .paint =
             [&](QPainter &target, const QRect &place) {
                 target.setPen(Qt::NoPen);
@@ -96,6 +94,7 @@ void paintCard(QPainter &painter, const QWidget &widget, int radius, const Shade
                 target.setPen(edge);
                 target.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
             },
+        .middle = fill,
     }
         .draw(painter, widget.rect());
 }
