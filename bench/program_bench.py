@@ -36,7 +36,7 @@ def lay_out_sensors(tree):
 class Desktop:
     """An X server without window manager and a session bus, in a folder of their own."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, screen="1280x800x24"):
         self.folder = folder
         self.processes = []
         lay_out_sensors(folder / "sys")
@@ -48,8 +48,8 @@ class Desktop:
             "XDG_SESSION_TYPE": "x11",
         }
         read_end, write_end = os.pipe()
-        self.start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x800x24", "-nolisten", "tcp",
-                    "-noreset"], pass_fds=[write_end])
+        self.start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", screen, "-nolisten", "tcp", "-noreset"],
+                   pass_fds=[write_end])
         os.close(write_end)
         self.environment["DISPLAY"] = ":" + os.read(read_end, 16).decode().strip()
         bus = self.start(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"],

@@ -64,4 +64,9 @@ std::string lowerCased(std::string_view bytes)
     return lower;
 }
 
+bool isPicture(char32_t sign)
+{
+    return u_hasBinaryProperty(static_cast<UChar32>(sign), UCHAR_EMOJI_PRESENTATION) != 0;
+}
+
 } // namespace orvalen::text

@@ -16,4 +16,7 @@ namespace orvalen::text {
 /// In small letters, those of every script and of no language in particular. Bytes that are no UTF-8 become U+FFFD.
 [[nodiscard]] std::string lowerCased(std::string_view bytes);
 
+/// Whether the sign is one that is drawn as a picture in colours, unless the text asks otherwise.
+[[nodiscard]] bool isPicture(char32_t sign);
+
 } // namespace orvalen::text

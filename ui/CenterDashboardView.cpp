@@ -131,8 +131,8 @@ void CenterDashboardView::continueOrder(const QWidget &tab)
 {
     QWidget *previous = findChildren<TabButton *>().back();
     for (auto *widget : tab.findChildren<QWidget *>()) {
-        if (!(widget->focusPolicy() & Qt::TabFocus))
-            continue;
+        if (widget->focusPolicy() == Qt::NoFocus)
+            continue; // else also what only a click reaches: Tab goes on from there
         setTabOrder(previous, widget);
         previous = widget;
     }

@@ -1,6 +1,7 @@
 #include "ui/MainView.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QShortcut>
 
@@ -8,6 +9,7 @@
 #include "ui/LeftSidebarAdView.h"
 #include "ui/RightSidebarUtilityView.h"
 #include "ui/WindowServices.h"
+#include "ui/kit/Accessibility.h"
 #include "ui/kit/Builders.h"
 #include "ui/kit/FocusRing.h"
 #include "ui/kit/Theme.h"
@@ -25,6 +27,7 @@ constexpr QSize usualSize{1000, 680};
 
 MainView::MainView(const WindowServices &services, QWidget *parent) : QWidget(parent), theme(new kit::Theme(*this))
 {
+    kit::installAccessibility(); // before anybody can have asked who this is
     setWindowTitle(tr("Orvalen"));
     setMinimumSize(smallestRow.expandedTo({smallestColumns, 0}));
     resize(usualSize);
@@ -46,6 +49,14 @@ MainView::MainView(const WindowServices &services, QWidget *parent) : QWidget(pa
 void MainView::followColorScheme(ColorScheme &scheme)
 {
     theme->follow(scheme);
+}
+
+// Some desktops keep a minimized window as if it were shown, and it would be painted for nobody.
+void MainView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange)
+        setUpdatesEnabled(!isMinimized());
 }
 
 } // namespace orvalen

@@ -22,6 +22,9 @@ public:
     /// Light or dark as the desktop says. Without this, as the system's palette looks.
     void followColorScheme(ColorScheme &scheme);
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
     kit::Theme *theme;
 };

@@ -3,6 +3,7 @@
 #include <QImageReader>
 #include <QPainter>
 
+#include "ui/kit/Accessibility.h"
 #include "ui/kit/Builders.h"
 
 namespace orvalen {
@@ -12,7 +13,11 @@ namespace {
 class Picture : public QWidget
 {
 public:
-    Picture(QImage image, int side) : image(std::move(image)) { setFixedSize(side, side); }
+    Picture(QImage image, int side) : image(std::move(image))
+    {
+        setFixedSize(side, side);
+        kit::hideFromReaders(*this);
+    }
 
 protected:
     void paintEvent(QPaintEvent *) override

@@ -35,7 +35,7 @@ QWidget *SettingsView::automationsCard()
                     toggleRow(state.soundFeedbackEnabled, tr("Audio Chimes & Sound Feedback"),
                               tr("Plays audio signals when warmup starts and display is ready.")),
                 })
-        .spacing(10);
+        .spacing(9);
 }
 
 QWidget *SettingsView::hotKeyCard()
@@ -80,7 +80,7 @@ QWidget *SettingsView::sliderCard(const QString &heading, Published<double> &set
                     knob,
                     note(explanation),
                 })
-        .spacing(4);
+        .spacing(0);
 }
 
 QWidget *SettingsView::aboutCard()
@@ -99,7 +99,8 @@ QWidget *SettingsView::aboutCard()
                             "display interconnect sensitivity.")),
                     flow({siteLink("safari.fill", makerSite), siteLink("globe", makerToolsSite)}, 16),
                 })
-        .spacing(6);
+        .spacing(4)
+        .padding(12, 12, 12, 7);
 }
 
 QWidget *SettingsView::siteLink(const QString &icon, std::string_view url)

@@ -39,5 +39,13 @@ TEST(Text, smallLettersOfEveryScript)
               "a\uFFFDb");
 }
 
+TEST(Text, aPictureIsASignThatComesInColours)
+{
+    for (const char32_t sign : {U'⚡', U'💡'})
+        EXPECT_TRUE(text::isPicture(sign));
+    for (const char32_t sign : {U'⚠', U'⌘', U'↗', U'•', U'1', U'#', U'°'}) // some of them may be asked to
+        EXPECT_FALSE(text::isPicture(sign));
+}
+
 } // namespace
 } // namespace orvalen

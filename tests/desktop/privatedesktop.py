@@ -136,6 +136,9 @@ class Desktop:
         self.start_service('openbox', ['openbox'])
         wait_for(lambda: 'window id #' in self.output(['xprop', '-root', '_NET_SUPPORTING_WM_CHECK']), what='openbox')
         self.start_service('accessibility', ['/usr/libexec/at-spi-bus-launcher', '--launch-immediately'])
+        asked = ['busctl', '--user', 'call', 'org.freedesktop.DBus', '/', 'org.freedesktop.DBus', 'NameHasOwner', 's',
+                 'org.a11y.Bus']
+        wait_for(lambda: 'true' in self.output(asked), what='the accessibility bus')
         self.controls = Controls(self)
         self.notifications = Notifications(self)
 
@@ -288,7 +291,7 @@ class Controls(Child):
         return any(name in (shown, text) for _, shown, text in self.names())
 
     def wait(self, name, seconds=10):
-        wait_for(lambda: self.shows(name), seconds, '"%s" on the screen, but: %s' % (name, Later(self.names)))
+        wait_for(lambda: self.shows(name), seconds, Later(lambda: '"%s" on the screen, but: %s' % (name, self.names())))
 
     def press(self, name, about=None):
         """Presses the button, switch or tab of that name; of several the one with that description."""
@@ -298,9 +301,21 @@ class Controls(Child):
         """What a screen reader says of that control after its name; None if there is no such control."""
         return self.ask(verb='description', name=name)
 
+    def place(self, role, name):
+        """Where on the screen the control of that role and name is, as [x, y, width, height]; None if there is none."""
+        return self.ask(verb='place', role=role, name=name)
+
     def text(self, name):
         """What the field of that name holds; None if there is none."""
         return next((text for _, shown, text in self.names() if shown == name and text), None)
+
+    def described(self):
+        """Everything that shows, with all that a screen reader can know of it."""
+        return self.ask(verb='described')
+
+    def set(self, name, value):
+        """Gives the slider of that name a value."""
+        wait_for(lambda: self.ask(verb='set', name=name, value=value), what='a slider "%s" to set' % name)
 
     def is_checked(self, name):
         """Whether the switch of that name is on; None if there is no such switch."""

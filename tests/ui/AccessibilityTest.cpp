@@ -1,12 +1,15 @@
 #include <gmock/gmock.h>
 
-#include <QAccessible>
 #include <QTest>
 
-#include "tests/ui/Dashboard.h"
+#include <map>
+#include <set>
+
+#include "tests/ui/Scenes.h"
 #include "ui/CenterDashboardView.h"
 #include "ui/TemperatureReadout.h"
-#include "ui/kit/FocusRing.h"
+#include "ui/kit/Accessibility.h"
+#include "ui/kit/TabBar.h"
 #include "ui/kit/TabButton.h"
 
 namespace orvalen {
@@ -14,6 +17,7 @@ namespace {
 
 using namespace kit;
 using test::Dashboard;
+using test::Scene;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
@@ -22,56 +26,96 @@ struct Accessibility : ::testing::Test, Dashboard
 {
     Accessibility()
     {
+        test::plain(*this);
         show();
         window.activateWindow();
         settle();
     }
 
+    static QAccessibleInterface &accessible(QObject *widget) { return *QAccessible::queryAccessibleInterface(widget); }
+    template <typename Widget = QWidget>
     QAccessibleInterface &accessible(const QString &name) const
     {
-        return *QAccessible::queryAccessibleInterface(find(name));
+        return accessible(find<Widget>(name));
     }
-    static QString nameOf(QObject *widget)
+    static std::string nameOf(const QAccessibleInterface &interface)
     {
-        const auto *interface = QAccessible::queryAccessibleInterface(widget);
-        return interface ? interface->text(QAccessible::Name) : QString();
+        return interface.text(QAccessible::Name).toStdString();
     }
-    std::string focused() const { return nameOf(QApplication::focusWidget()).toStdString(); }
-    void press(Qt::Key key)
+    static std::string aboutOf(const QAccessibleInterface &interface)
     {
-        auto *target = QApplication::focusWidget();
-        QTest::keyClick(target ? target : &window, key);
-        settle();
+        return interface.text(QAccessible::Description).toStdString();
     }
-    FocusRing &ring() const { return *window.findChild<FocusRing *>(); }
+    [[nodiscard]] QWidget &centre() const { return *window.findChild<CenterDashboardView *>(); }
+
+    /// The names of the groups that a thing lies in, the outermost first.
+    static std::string groupsOf(const QAccessibleInterface &interface)
+    {
+        std::string groups;
+        for (auto *around = interface.parent(); around; around = around->parent()) {
+            if (around->role() == QAccessible::Grouping)
+                groups = nameOf(*around) + " > " + groups;
+        }
+        return groups;
+    }
+
+    /// Everything that a screen reader meets, in its order.
+    static void visit(QAccessibleInterface &interface, const std::function<void(QAccessibleInterface &)> &look)
+    {
+        if (interface.state().invisible)
+            return;
+        look(interface);
+        for (int index = 0; index < interface.childCount(); ++index)
+            visit(*interface.child(index), look);
+    }
 };
+
+/// What a control of that kind is to a screen reader.
+QAccessible::Role roleOf(const QWidget &widget)
+{
+    static const std::map<std::string_view, QAccessible::Role> roles{
+        {"orvalen::kit::CallToAction", QAccessible::Button},
+        {"orvalen::kit::LinkLabel", QAccessible::Link},
+        {"orvalen::kit::RowButton", QAccessible::Button},
+        {"orvalen::kit::Slider", QAccessible::Slider},
+        {"orvalen::kit::SmallButton", QAccessible::Button},
+        {"orvalen::kit::SymbolToggle", QAccessible::CheckBox},
+        {"orvalen::kit::TabButton", QAccessible::PageTab},
+        {"orvalen::kit::Toggle", QAccessible::CheckBox},
+        {"orvalen::kit::AddressLabel", QAccessible::EditableText},
+    };
+    const auto role = roles.find(widget.metaObject()->className());
+    return role == roles.end() ? QAccessible::NoRole : role->second;
+}
 
 TEST_F(Accessibility, rolesSayWhatThingsAre)
 {
     EXPECT_EQ(accessible("Autonomous Thermal Shield").role(), QAccessible::StaticText); // the text beside the switch
-    const auto *toggle = QAccessible::queryAccessibleInterface(window.findChild<Toggle *>());
-    EXPECT_EQ(toggle->role(), QAccessible::CheckBox);
-    EXPECT_EQ(toggle->text(QAccessible::Name), "Autonomous Thermal Shield");
-    EXPECT_EQ(toggle->text(QAccessible::Description), "Auto-heats on wake, sleeps when away");
-    EXPECT_TRUE(toggle->state().checkable);
-    EXPECT_TRUE(toggle->state().checked);
+    const auto &toggle = accessible<Toggle>("Autonomous Thermal Shield");
+    EXPECT_EQ(toggle.role(), QAccessible::CheckBox);
+    EXPECT_EQ(toggle.text(QAccessible::Description), "Auto-heats on wake, sleeps when away");
+    EXPECT_TRUE(toggle.state().checkable);
+    EXPECT_TRUE(toggle.state().checked);
 
     EXPECT_EQ(accessible("Trigger Prime Warmup Now").role(), QAccessible::Button);
     EXPECT_EQ(accessible("Quenmark Technologies").role(), QAccessible::Link);
     EXPECT_EQ(accessible("Settings").role(), QAccessible::PageTab);
+    EXPECT_EQ(accessible("Settings").parent()->role(), QAccessible::PageTabList);
+    EXPECT_EQ(accessible("Settings").parent()->childCount(), 5);
     EXPECT_TRUE(accessible("Dashboard").state().selected);
     EXPECT_FALSE(accessible("Settings").state().selected);
     EXPECT_EQ(accessible("STANDBY").role(), QAccessible::StaticText);
     EXPECT_EQ(accessible("0.0°C").role(), QAccessible::StaticText);
+    EXPECT_EQ(accessible(&window).role(), QAccessible::Window);
+    EXPECT_EQ(nameOf(accessible(&window)), "Orvalen");
 }
 
 TEST_F(Accessibility, readingsSayWhatTheyAreOf)
 {
     setBridge(40.4, 46.2);
     EXPECT_EQ(accessible("46.2°C").text(QAccessible::Description), "Apple Silicon SoC");
-    EXPECT_EQ(
-        QAccessible::queryAccessibleInterface(window.findChild<TemperatureReadout *>())->text(QAccessible::Description),
-        "DISPLAY BRIDGE TEMPERATURE");
+    EXPECT_EQ(accessible(window.findChild<TemperatureReadout *>()).text(QAccessible::Description),
+              "DISPLAY BRIDGE TEMPERATURE");
 }
 
 TEST_F(Accessibility, whatAReaderPressesIsPressed)
@@ -81,124 +125,168 @@ TEST_F(Accessibility, whatAReaderPressesIsPressed)
     state.selectedTab = 0;
     accessible("Trigger Prime Warmup Now").actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(engine.targets.size(), 1u);
-    auto *toggle = QAccessible::queryAccessibleInterface(window.findChild<Toggle *>());
-    EXPECT_TRUE(toggle->actionInterface()->actionNames().contains(QAccessibleActionInterface::toggleAction()));
-    toggle->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    auto *actions = accessible<Toggle>("Autonomous Thermal Shield").actionInterface();
+    EXPECT_TRUE(actions->actionNames().contains(QAccessibleActionInterface::toggleAction()));
+    actions->doAction(QAccessibleActionInterface::toggleAction());
     EXPECT_FALSE(state.smartModeEnabled);
 }
 
-TEST_F(Accessibility, tabWalksThroughEverythingInReadingOrderAndBack)
+TEST_F(Accessibility, aSliderIsSetByItsValue)
 {
-    EXPECT_EQ(QApplication::focusWidget(), &window); // no control before it is asked for
-    std::vector<std::string> visited;
-    for (int i = 0; i < 9; ++i) {
-        press(Qt::Key_Tab);
-        visited.push_back(focused());
-    }
-    EXPECT_THAT(visited,
-                ElementsAre("Quenmark Technologies", "Prevent sleep", "Dashboard", "Screen Clone", "Diagnostics",
-                            "Power & Tools", "Settings", "Trigger Prime Warmup Now", "Autonomous Thermal Shield"));
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
-    EXPECT_EQ(focused(), "Trigger Prime Warmup Now");
-}
-
-TEST_F(Accessibility, arrowsGoFromTabToTab)
-{
-    find("Dashboard")->setFocus(Qt::TabFocusReason);
-    press(Qt::Key_Left); // the first one: stays
-    EXPECT_EQ(state.selectedTab, 0);
-    press(Qt::Key_Right);
-    EXPECT_EQ(focused(), "Screen Clone");
-    EXPECT_EQ(state.selectedTab, 4);
-    press(Qt::Key_Right);
-    EXPECT_EQ(state.selectedTab, 1);
-    press(Qt::Key_Left);
-    EXPECT_EQ(state.selectedTab, 4);
-}
-
-TEST_F(Accessibility, arrowsGoTheOtherWayWhereReadingDoes)
-{
-    window.setLayoutDirection(Qt::RightToLeft);
+    state.selectedTab = 3;
     settle();
-    EXPECT_GT(find("Dashboard")->x(), find("Settings")->x());
-    find("Dashboard")->setFocus(Qt::TabFocusReason);
-    press(Qt::Key_Left);
-    EXPECT_EQ(state.selectedTab, 4);
+    auto &slider = accessible<Slider>("Target Bridge Temperature");
+    auto *value = slider.valueInterface();
+    ASSERT_TRUE(value);
+    EXPECT_EQ(value->minimumValue(), 38.0);
+    EXPECT_EQ(value->maximumValue(), 44.0);
+    EXPECT_EQ(value->minimumStepSize(), 0.5);
+    EXPECT_EQ(value->currentValue(), 40.0);
+    EXPECT_EQ(slider.text(QAccessible::Value), "40.0 °C");
+    value->setCurrentValue(42.6); // between two places
+    EXPECT_EQ(state.targetTemp, 42.5);
+    EXPECT_EQ(slider.text(QAccessible::Value), "42.5 °C");
+    value->setCurrentValue(99.0);
+    EXPECT_EQ(state.targetTemp, 44.0);
+    slider.actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+    EXPECT_EQ(state.targetTemp, 43.5);
 }
 
-TEST_F(Accessibility, spaceAndEnterPress)
+TEST_F(Accessibility, aCardGoesByWhatItIsAbout)
 {
-    auto *toggle = window.findChild<Toggle *>();
-    toggle->setFocus();
-    press(Qt::Key_Space);
-    EXPECT_FALSE(state.smartModeEnabled);
-    press(Qt::Key_Return);
-    EXPECT_TRUE(state.smartModeEnabled);
-    find("Quenmark Technologies")->setFocus();
-    press(Qt::Key_Enter);
-    EXPECT_EQ(machine.urls.opened.size(), 1u);
-    find("Settings")->setFocus();
-    press(Qt::Key_Space);
-    EXPECT_EQ(state.selectedTab, 3);
-}
-
-TEST_F(Accessibility, theRingIsSeenAfterKeyboardUseOnly)
-{
-    find("Settings")->setFocus();
-    settle();
-    EXPECT_FALSE(ring().isVisible());
-    press(Qt::Key_Tab);
-    auto *button = QApplication::focusWidget();
-    ASSERT_TRUE(ring().isVisible());
-    EXPECT_EQ(ring().geometry().center(),
-              QRect(button->mapTo(ring().parentWidget(), QPoint(0, 0)), button->size()).center());
-    QTest::mouseClick(find("Orvalen"), Qt::LeftButton);
-    EXPECT_FALSE(ring().isVisible());
-}
-
-TEST_F(Accessibility, theRingGoesWithItsControl)
-{
-    find("Settings")->setFocus();
-    press(Qt::Key_Tab);
-    window.resize(1500, 700);
-    settle();
-    auto *button = QApplication::focusWidget();
-    EXPECT_EQ(ring().width(), button->width() + 8);
-    button->hide(); // the keyboard goes on to another control
-    settle();
-    auto *next = QApplication::focusWidget();
-    ASSERT_NE(next, button);
-    EXPECT_EQ(ring().geometry().center(),
-              QRect(next->mapTo(ring().parentWidget(), QPoint(0, 0)), next->size()).center());
-}
-
-TEST_F(Accessibility, everythingThatCanBePressedIsLargeEnough)
-{
-    for (const int width : {815, 1000}) {
-        window.resize(width, 680);
+    test::full(*this);
+    const auto groupOf = [this](int tab, const QString &name) {
+        state.selectedTab = tab;
         settle();
-        for (const auto *control : window.findChildren<Control *>()) {
-            EXPECT_GE(control->width(), 24) << nameOf(const_cast<Control *>(control)).toStdString();
-            EXPECT_GE(control->height(), 24) << nameOf(const_cast<Control *>(control)).toStdString();
+        return groupsOf(accessible<Control>(name));
+    };
+    EXPECT_EQ(groupOf(0, "See the plans"), "Quenmark Harbor > ");
+    EXPECT_EQ(groupOf(0, "Watch the channel"), "SPONSORED INFOTAINMENT > ");
+    EXPECT_EQ(groupOf(1, "Generate Technician Diagnostic Report"), "Service Shop Report > ");
+    EXPECT_EQ(groupOf(2, "See our services ↗"), "Is there something you want built? > ");
+    EXPECT_EQ(groupOf(3, "Audio Chimes & Sound Feedback"), "Automations & Feedback > ");
+    EXPECT_EQ(groupOf(4, "Stop Stream"), "Zero-Install Web Mirror (Phone & Tablets) > ");
+    EXPECT_EQ(groupOf(4, "Copy Link"), "Direct USB Tethering Mirror > ");
+    EXPECT_EQ(groupOf(4, "Test Hotkey Voice"), "Blind Voice Assistant (When 100% Black) > ");
+    EXPECT_EQ(groupOf(0, "Autonomous Thermal Shield"), ""); // once is enough
+    EXPECT_EQ(groupOf(0, "Quenmark Technologies"), "");     // on no card
+}
+
+TEST_F(Accessibility, aNameIsNotSaidTwice)
+{
+    EXPECT_EQ(find("Prevent sleep")->toolTip(), "Prevent sleep");
+    EXPECT_EQ(accessible("Prevent sleep").text(QAccessible::Description), "");
+}
+
+struct EveryScene : Accessibility, ::testing::WithParamInterface<Scene>
+{
+    EveryScene() { GetParam().set(*this); }
+
+    void onEveryTab(const std::function<void(int)> &look)
+    {
+        for (const int tab : test::tabs) {
+            state.selectedTab = tab;
+            settle();
+            look(tab);
         }
     }
+};
+
+TEST_P(EveryScene, everyControlHasANameARoleAndASizeToHit)
+{
+    for (const int width : {815, 1000, 1600}) {
+        window.resize(width, 680);
+        onEveryTab([&](int tab) {
+            for (auto *widget : window.findChildren<QWidget *>()) {
+                if (!widget->isVisible() || widget->focusPolicy() == Qt::NoFocus)
+                    continue;
+                auto &interface = accessible(widget);
+                EXPECT_NE(nameOf(interface), "") << widget->metaObject()->className() << " on " << tab;
+                EXPECT_EQ(interface.role(), roleOf(*widget)) << widget->metaObject()->className();
+                EXPECT_TRUE(interface.state().focusable);
+                if (qobject_cast<AddressLabel *>(widget))
+                    continue; // text; what is to hit is the button beside it
+                EXPECT_GE(widget->width(), 24) << nameOf(interface) << " at " << width;
+                EXPECT_GE(widget->height(), 24) << nameOf(interface) << " at " << width;
+                EXPECT_EQ(interface.rect(), QRect(widget->mapToGlobal(QPoint()), widget->size()));
+            }
+        });
+    }
 }
 
-TEST_F(Accessibility, theFocusedControlScrollsIntoView)
+// Not even by their names: what stands around tells two buttons "Copy" apart as well.
+TEST_P(EveryScene, noTwoControlsSayTheSame)
 {
-    window.resize(815, 560);
+    onEveryTab([&](int tab) {
+        std::set<std::string> said;
+        for (auto *widget : window.findChildren<QWidget *>()) {
+            if (!widget->isVisible() || !(widget->focusPolicy() & Qt::TabFocus))
+                continue;
+            const auto &interface = accessible(widget);
+            const auto words = groupsOf(interface) + nameOf(interface) + ", " + aboutOf(interface);
+            EXPECT_TRUE(said.insert(words).second) << words << " on " << tab;
+        }
+    });
+}
+
+TEST_P(EveryScene, whatAReaderMeetsHasWords)
+{
+    onEveryTab([&](int tab) {
+        int met = 0;
+        visit(accessible(&window), [&](QAccessibleInterface &interface) {
+            if (interface.childCount() > 0)
+                return;
+            const auto *object = interface.object();
+            EXPECT_NE(nameOf(interface), "")
+                << object->metaObject()->className() << " in " << groupsOf(interface) << " on " << tab;
+            EXPECT_FALSE(object->inherits("orvalen::kit::SymbolLabel"));
+            EXPECT_FALSE(object->inherits("orvalen::kit::FocusRing"));
+            ++met;
+        });
+        EXPECT_GT(met, 30) << tab;
+    });
+}
+
+// The places in the tree agree with each other both ways.
+TEST_P(EveryScene, whatAReaderMeetsKnowsItsPlace)
+{
+    onEveryTab([&](int) {
+        visit(accessible(&window), [&](QAccessibleInterface &interface) {
+            for (int index = 0; index < interface.childCount(); ++index) {
+                auto *child = interface.child(index);
+                ASSERT_TRUE(child);
+                EXPECT_EQ(child->parent(), &interface) << nameOf(*child);
+                EXPECT_EQ(interface.indexOfChild(child), index) << nameOf(*child);
+            }
+        });
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenes, EveryScene, ::testing::ValuesIn(test::scenes()),
+                         [](const auto &tested) { return tested.param.name; });
+
+TEST_F(Accessibility, theCodeSaysWhatItIsAndWhatItSays)
+{
+    test::full(*this);
+    state.selectedTab = 4;
     settle();
-    auto *toggle = window.findChild<Toggle *>();
-    auto *page = toggle->parentWidget();
-    while (!page->inherits("QScrollArea"))
-        page = page->parentWidget();
-    page->parentWidget()->setFixedHeight(150);
-    settle();
-    find("Trigger Prime Warmup Now")->setFocus();
-    press(Qt::Key_Tab);
-    ASSERT_EQ(QApplication::focusWidget(), toggle);
-    const QRect place(toggle->mapTo(page, QPoint(0, 0)), toggle->size());
-    EXPECT_TRUE(page->rect().contains(place));
+    const auto &code = accessible("QR code");
+    EXPECT_EQ(code.role(), QAccessible::Graphic);
+    EXPECT_EQ(code.text(QAccessible::Description).toStdString(), webServer.primaryURL.value());
+}
+
+TEST(AccessibleOrnaments, areNotAmongTheChildren)
+{
+    installAccessibility();
+    QWidget parent;
+    auto *line = hairline();
+    line->setParent(&parent);
+    auto *word = new QLabel("word", &parent);
+    auto &interface = *QAccessible::queryAccessibleInterface(&parent);
+    ASSERT_EQ(interface.childCount(), 1);
+    EXPECT_EQ(interface.child(0)->object(), word);
+    EXPECT_FALSE(interface.child(1));
+    EXPECT_EQ(interface.indexOfChild(QAccessible::queryAccessibleInterface(line)), -1);
 }
 
 // What screen readers are told.
@@ -207,8 +295,8 @@ struct Announcements : Accessibility
     Announcements()
     {
         const auto note = [this](const QString &words) { diary.push_back(words.toStdString()); };
-        QObject::connect(window.findChild<Badge *>(), &Badge::announced, &window, note);
-        QObject::connect(window.findChild<CallToAction *>(), &CallToAction::announced, &window, note);
+        QObject::connect(find<Badge>("STANDBY"), &Badge::announced, &window, note);
+        QObject::connect(find<CallToAction>("Trigger Prime Warmup Now"), &CallToAction::announced, &window, note);
     }
     std::vector<std::string> taken()
     {

@@ -18,6 +18,13 @@ namespace orvalen::test {
 /// The window over a machine of fakes, whose pulse the test plays by hand.
 struct Dashboard
 {
+    Dashboard() = default;
+    /// With settings of one's own in the place of the machine's.
+    explicit Dashboard(SettingsStore &settings)
+        : state({engine, settings, machine.world, machine.sounds, machine.notifications})
+    {
+    }
+
     FakeMachine machine;
     FakeThermalEngine engine{machine};
     AppState state{machine.stateServices(engine)};
@@ -73,7 +80,9 @@ Widget *Dashboard::findIn(const QWidget &root, const QString &name)
 {
     for (auto *widget : root.findChildren<Widget *>()) {
         const auto *accessible = QAccessible::queryAccessibleInterface(widget);
-        if (widget->isVisibleTo(&root) && accessible && accessible->text(QAccessible::Name) == name)
+        const bool isMeant = accessible && accessible->role() != QAccessible::Grouping && // goes by a name in it
+                             accessible->text(QAccessible::Name) == name;
+        if (isMeant && widget->isVisibleTo(&root))
             return widget;
     }
     return nullptr;

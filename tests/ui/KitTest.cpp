@@ -238,9 +238,9 @@ TEST(Symbols, anUnknownOneIsEmpty)
 struct Motion : ::testing::Test, Dashboard
 {
     ~Motion() override { test::allowMotion(false); }
-    QColor dotNow()
+    QColor dotNow() const
     {
-        auto *badge = window.findChild<Badge *>();
+        auto *badge = find<Badge>("PROTECTED");
         return badge->grab().toImage().pixelColor(15, badge->height() / 2);
     }
 };

@@ -7,15 +7,12 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <cmath>
 
 #include "platform/ColorScheme.h"
 #include "tests/ui/Dashboard.h"
 #include "ui/CenterDashboardView.h"
-#include "ui/DashboardRules.h"
 #include "ui/LeftSidebarAdView.h"
 #include "ui/RightSidebarUtilityView.h"
-#include "ui/StreamRules.h"
 #include "ui/kit/Builders.h"
 #include "ui/kit/Theme.h"
 
@@ -211,56 +208,6 @@ TEST(ThemeLifetime, theDesktopMaySpeakAfterTheWindowIsGone)
     scheme.receive(1);
     const QPalette untouched;
     EXPECT_EQ(QApplication::palette(), untouched);
-}
-
-TEST(Contrast, everythingThatIsReadStandsOut)
-{
-    const auto luminance = [](const QColor &color) {
-        const auto part = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
-        return 0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) + 0.0722 * part(color.blueF());
-    };
-    const auto contrast = [&](const QColor &a, const QColor &b) {
-        const auto [low, high] = std::minmax({luminance(a), luminance(b)});
-        return (high + 0.05) / (low + 0.05);
-    };
-
-    using namespace kit;
-    const std::vector<std::pair<const char *, Accent>> accents{
-        {"blue", accent::blue},     {"green", accent::green},   {"orange", accent::orange}, {"yellow", accent::yellow},
-        {"purple", accent::purple}, {"indigo", accent::indigo}, {"red", accent::red},       {"gray", accent::gray}};
-    for (const bool dark : {false, true}) {
-        QWidget widget;
-        widget.setPalette(themePalette(dark));
-        const auto in = [&](const Shade &shade) { return shade.in(widget); };
-        for (const auto &ground : {neutral::card, neutral::window, neutral::panel}) {
-            EXPECT_GE(contrast(in(neutral::text), in(ground)), 4.5);
-            EXPECT_GE(contrast(in(neutral::secondary), in(ground)), 4.5);
-            EXPECT_GE(contrast(in(neutral::focusRing), in(ground)), 3.0);
-            for (const auto &[name, accent] : accents) {
-                EXPECT_GE(contrast(in(accent.ink), in(ground)), 4.5) << name;
-                for (const int tint : {8, 10, 12, 13, 15, 20})
-                    EXPECT_GE(contrast(in(accent.ink), over(in(accent.vivid.at(tint)), in(ground))), 4.5) << name;
-            }
-        }
-        for (const auto &[name, accent] : accents) {
-            EXPECT_GE(contrast(Qt::white, in(accent.solid)), 4.5) << name;
-            EXPECT_GE(contrast(Qt::white, over(QColor(255, 255, 255, 15), in(accent.solid))), 4.5) << name; // hovered
-        }
-        for (const bool isRunning : {false, true}) {
-            const auto fill = StreamRules::buttonAccent(isRunning).solid;
-            EXPECT_GE(contrast(in(StreamRules::dotShade(isRunning)), in(fill)), 3.0) << isRunning;
-        }
-        // The link on its tint on a card, and the selection in it.
-        EXPECT_GE(contrast(in(accent::green.ink), over(in(accent::green.vivid.at(12)), in(neutral::card))), 4.5);
-        EXPECT_GE(
-            contrast(widget.palette().color(QPalette::HighlightedText), widget.palette().color(QPalette::Highlight)),
-            4.5);
-        for (const auto &[isWarmingUp, celsius] : {std::pair{true, 0.0}, {false, 0.0}, {false, 50.0}}) {
-            SystemThermalData data;
-            data.bridgeTemp = celsius;
-            EXPECT_GE(contrast(in(DashboardRules::temperatureShade(isWarmingUp, 40.0, data)), in(neutral::card)), 3.0);
-        }
-    }
 }
 
 } // namespace

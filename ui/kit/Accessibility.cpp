@@ -3,13 +3,91 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 
+#include <algorithm>
+#include <vector>
+
 #include "ui/kit/Control.h"
+#include "ui/kit/Ground.h"
 #include "ui/kit/QRCodeView.h"
 #include "ui/kit/Slider.h"
+#include "ui/kit/TabBar.h"
+#include "ui/kit/TextLabel.h"
 
 namespace orvalen::kit {
 
 namespace {
+
+constexpr const char *hiddenFromReaders = "hiddenFromReaders";
+
+/// A widget with others in it. A window says that it is one, a row of tabs too, and a card goes by the name of what it
+/// is about: its first text.
+class AccessibleContainer : public QAccessibleWidget
+{
+public:
+    explicit AccessibleContainer(QWidget &container) : QAccessibleWidget(&container), container(container) {}
+
+    QAccessible::Role role() const override
+    {
+        if (container.isWindow())
+            return QAccessible::Window;
+        if (qobject_cast<TabBar *>(&container))
+            return QAccessible::PageTabList;
+        return subject().isEmpty() ? QAccessible::Client : QAccessible::Grouping;
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        const auto given = QAccessibleWidget::text(kind);
+        return kind == QAccessible::Name && given.isEmpty() ? subject() : given;
+    }
+
+    int childCount() const override { return static_cast<int>(children().size()); }
+
+    QAccessibleInterface *child(int index) const override
+    {
+        const auto all = children();
+        return index >= 0 && index < static_cast<int>(all.size()) ? all[static_cast<std::size_t>(index)] : nullptr;
+    }
+
+    int indexOfChild(const QAccessibleInterface *child) const override
+    {
+        const auto all = children();
+        const auto found = std::find(all.begin(), all.end(), child);
+        return found == all.end() ? -1 : static_cast<int>(found - all.begin());
+    }
+
+private:
+    std::vector<QAccessibleInterface *> children() const
+    {
+        std::vector<QAccessibleInterface *> all;
+        for (int index = 0; index < QAccessibleWidget::childCount(); ++index) {
+            auto *child = QAccessibleWidget::child(index);
+            if (child && child->object() && !child->object()->property(hiddenFromReaders).toBool())
+                all.push_back(child);
+        }
+        return all;
+    }
+
+    /// Nothing where a control of that name is in it: once is enough.
+    QString subject() const
+    {
+        const auto texts =
+            qobject_cast<Card *>(&container) ? container.findChildren<TextLabel *>() : QList<TextLabel *>();
+        if (texts.isEmpty())
+            return {};
+        const auto *heading = texts.front(); // in reading order
+        const auto isSubject = [heading](const QWidget *control) {
+            return control->accessibleName() == heading->text();
+        };
+        const auto controls = container.findChildren<Control *>();
+        const auto sliders = container.findChildren<Slider *>();
+        const bool isSaid = std::any_of(controls.begin(), controls.end(), isSubject) ||
+                            std::any_of(sliders.begin(), sliders.end(), isSubject);
+        return isSaid ? QString() : heading->text();
+    }
+
+    QWidget &container;
+};
 
 /// A control's name is what it shows, asked for anew each time.
 class AccessibleControl : public QAccessibleWidget
@@ -23,7 +101,10 @@ public:
     QString text(QAccessible::Text kind) const override
     {
         const auto given = QAccessibleWidget::text(kind);
-        return kind == QAccessible::Name && given.isEmpty() ? control.label() : given;
+        if (kind == QAccessible::Name && given.isEmpty())
+            return control.label();
+        const bool isRepeated = kind == QAccessible::Description && given == control.accessibleName(); // as its tooltip
+        return isRepeated ? QString() : given;
     }
 
     QAccessible::State state() const override
@@ -104,7 +185,8 @@ private:
     Slider &slider;
 };
 
-QAccessibleInterface *makeInterface(const QString &, QObject *object)
+// Asked for each of the object's classes, the most derived first.
+QAccessibleInterface *makeInterface(const QString &className, QObject *object)
 {
     if (auto *control = qobject_cast<Control *>(object))
         return new AccessibleControl(*control);
@@ -112,6 +194,8 @@ QAccessibleInterface *makeInterface(const QString &, QObject *object)
         return new AccessibleSlider(*slider);
     if (auto *code = qobject_cast<QRCodeView *>(object))
         return new QAccessibleWidget(code, QAccessible::Graphic);
+    if (className == "QWidget") // nothing more is known of it
+        return new AccessibleContainer(*qobject_cast<QWidget *>(object));
     return nullptr;
 }
 
@@ -121,6 +205,11 @@ void installAccessibility()
 {
     static const bool done = (QAccessible::installFactory(makeInterface), true);
     static_cast<void>(done);
+}
+
+void hideFromReaders(QWidget &widget)
+{
+    widget.setProperty(hiddenFromReaders, true);
 }
 
 void announceName(QWidget &widget)

@@ -7,6 +7,9 @@ namespace orvalen::kit {
 /// Teaches the desktop's screen readers our controls. Once per process is enough; calling it again does nothing.
 void installAccessibility();
 
+/// Nothing that a screen reader should meet: a picture beside the words that say the same, a line, a frame.
+void hideFromReaders(QWidget &widget);
+
 /// Tells screen readers that the name of `widget` is another one now.
 void announceName(QWidget &widget);
 

@@ -4,6 +4,8 @@
 #include <QGridLayout>
 #include <QPainter>
 
+#include "ui/kit/Accessibility.h"
+
 namespace orvalen::kit {
 
 namespace {
@@ -11,7 +13,11 @@ namespace {
 class Hairline : public QWidget
 {
 public:
-    Hairline() { setFixedHeight(1); }
+    Hairline()
+    {
+        setFixedHeight(1);
+        hideFromReaders(*this);
+    }
 
 protected:
     void paintEvent(QPaintEvent *) override { QPainter(this).fillRect(rect(), neutral::edge.in(*this)); }
@@ -490,6 +496,7 @@ Built<Badge> capsule(const Live<QString> &word, const Live<Accent> &accent, int 
 Built<Disc> dot(int side, const Live<Accent> &accent)
 {
     auto *disc = new Disc(side);
+    hideFromReaders(*disc);
     accent.follow(*disc, [disc](const Accent &value) { disc->setShade(value.vivid); });
     return Built(disc);
 }

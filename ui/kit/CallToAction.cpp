@@ -2,13 +2,13 @@
 
 #include <QFontMetrics>
 #include <QPainter>
-#include <QPainterPath>
 #include <QStyle>
 
 #include <algorithm>
 #include <cmath>
 
 #include "ui/kit/Accessibility.h"
+#include "ui/kit/StretchedPicture.h"
 #include "ui/kit/Symbols.h"
 #include "ui/kit/TextLine.h"
 
@@ -166,10 +166,8 @@ void CallToAction::paintEvent(QPaintEvent *)
         fill = over(QColor(0, 0, 0, 20), fill);
     else if (underMouse() && isEnabled())
         fill = over(QColor(255, 255, 255, 15), fill);
-    QPainterPath shape;
-    shape.addRoundedRect(rect(), radius, radius);
     // What is still to come is darker, rather than what is done lighter: white text stays legible on both.
-    painter.fillPath(shape, progress ? over(QColor(0, 0, 0, 41), fill) : fill);
+    paintRounded(painter, rect(), radius, progress ? over(QColor(0, 0, 0, 41), fill) : fill);
     if (progress) {
         auto swept = QRectF(rect());
         swept.setWidth(swept.width() * std::clamp(*progress, 0.0, 1.0));
@@ -177,7 +175,7 @@ void CallToAction::paintEvent(QPaintEvent *)
             swept.moveRight(rect().right() + 1);
         painter.save();
         painter.setClipRect(swept);
-        painter.fillPath(shape, fill);
+        paintRounded(painter, rect(), radius, fill);
         painter.restore();
     }
 

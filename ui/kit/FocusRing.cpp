@@ -8,6 +8,7 @@
 
 #include <algorithm>
 
+#include "ui/kit/Accessibility.h"
 #include "ui/kit/Outlined.h"
 #include "ui/kit/Shade.h"
 
@@ -51,6 +52,7 @@ FocusRing::FocusRing(QWidget &window) : QWidget(&window), host(window)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
+    hideFromReaders(*this);
     hide();
     qApp->installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) { follow(now); });

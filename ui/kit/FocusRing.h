@@ -26,8 +26,7 @@ private:
 
     QWidget &host;
     QPointer<QWidget> control;
-    std::vector<const QObject *>
-        watchedWidgets; // compared only: // the control and what it lies in, whose moves move the ring
+    std::vector<const QObject *> watchedWidgets; // the control and what it lies in, whose moves move the ring
     bool isKeyboardUsed = false;
     int radius = 0;
 };

@@ -1,5 +1,7 @@
 #include "ui/kit/Formats.h"
 
+#include <limits>
+
 #include "core/Decimals.h"
 
 namespace orvalen::kit {
@@ -11,6 +13,12 @@ QString oneDecimal(double value)
 
 QString wholePart(double value)
 {
+    using Limits = std::numeric_limits<qlonglong>;
+    constexpr double beyond = -static_cast<double>(Limits::min()); // a power of two: exact
+    if (value >= beyond)
+        return QString::number(Limits::max());
+    if (value < -beyond)
+        return QString::number(Limits::min());
     return QString::number(static_cast<qlonglong>(value));
 }
 

@@ -3,7 +3,10 @@
 #include <QEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QPainterPath>
+
+#include <algorithm>
+
+#include "ui/kit/StretchedPicture.h"
 
 namespace orvalen::kit {
 
@@ -25,9 +28,8 @@ void visitCasters(const QWidget &ground, const QWidget &branch, const Visit &vis
 }
 
 // Rings of one pixel, each adding its part: soft enough at these sizes, and cheap.
-void paintShadow(QPainter &painter, const Shadow &shadow, QRectF rect, QColor color)
+void paintRings(QPainter &painter, const Shadow &shadow, const QRectF &rect, QColor color)
 {
-    rect.translate(0, shadow.offset);
     const double full = color.alphaF();
     double below = 0.0;
     painter.setPen(Qt::NoPen);
@@ -42,6 +44,22 @@ void paintShadow(QPainter &painter, const Shadow &shadow, QRectF rect, QColor co
         painter.drawRoundedRect(rect.adjusted(-grown, -grown, grown, grown), shadow.radius + grown,
                                 shadow.radius + grown);
     }
+}
+
+// Whoever throws it hides its middle.
+void paintShadow(QPainter &painter, const Shadow &shadow, const QRect &rect, const QColor &color)
+{
+    const int reach = shadow.blur; // of the largest ring, and a little more
+    const int hidden = std::max(shadow.radius, shadow.blur) + 1;
+    StretchedPicture{
+        .key = QStringLiteral("shadow/%1/%2/%3").arg(shadow.blur).arg(shadow.radius).arg(color.rgba(), 0, 16),
+        .corner = reach + hidden,
+        .paint =
+            [&](QPainter &target, const QRect &place) {
+                paintRings(target, shadow, QRectF(place).adjusted(reach, reach, -reach, -reach), color);
+            },
+    }
+        .draw(painter, rect.translated(0, shadow.offset).adjusted(-reach, -reach, reach, reach));
 }
 
 } // namespace
@@ -62,13 +80,24 @@ Shadow cardShadow(int radius)
 
 void paintCard(QPainter &painter, const QWidget &widget, int radius, const Shade &tint)
 {
-    const auto place = widget.rect();
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(over(tint.in(widget), neutral::card.in(widget)));
-    painter.drawRoundedRect(place, radius, radius);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(neutral::edge.in(widget));
-    painter.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+    const auto fill = over(tint.in(widget), neutral::card.in(widget));
+    const auto edge = neutral::edge.in(widget);
+    const int corner = radius + 1;
+    painter.fillRect(widget.rect().adjusted(corner, corner, -corner, -corner), fill);
+    StretchedPicture{
+        .key = QStringLiteral("card/%1/%2/%3").arg(radius).arg(fill.rgba(), 0, 16).arg(edge.rgba(), 0, 16),
+        .corner = corner,
+        .paint =
+            [&](QPainter &target, const QRect &place) {
+                target.setPen(Qt::NoPen);
+                target.setBrush(fill);
+                target.drawRoundedRect(place, radius, radius);
+                target.setBrush(Qt::NoBrush);
+                target.setPen(edge);
+                target.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+            },
+    }
+        .draw(painter, widget.rect());
 }
 
 bool Ground::event(QEvent *event)
@@ -104,7 +133,10 @@ void Ground::paintShadows(QPainter &painter) const
     });
 }
 
-Panel::Panel(const Shade &fill, EdgeLine edgeLine, QWidget *parent) : Ground(parent), fill(fill), edgeLine(edgeLine) {}
+Panel::Panel(const Shade &fill, EdgeLine edgeLine, QWidget *parent) : Ground(parent), fill(fill), edgeLine(edgeLine)
+{
+    setAttribute(Qt::WA_OpaquePaintEvent); // what lies behind need not be painted
+}
 
 void Panel::paintEvent(QPaintEvent *)
 {

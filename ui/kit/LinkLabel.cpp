@@ -175,7 +175,7 @@ void LinkLabel::paintEvent(QPaintEvent *)
     // Each symbol is on the line that it begins or ends.
     const int line = lineHeight(font);
     const auto square = [&](int x, int y, int size) {
-        return within({place.left() + x, y + (line - size) / 2, size, size});
+        return within({place.left() + x, y + (line - size + 1) / 2, size, size});
     };
     if (!leadingName.isEmpty())
         paintSymbol(painter, square(0, place.top(), leadingSize), leadingName, shade);

@@ -25,6 +25,8 @@ public:
     void setTextAtTop(bool atTop);
     void setWraps(bool wraps);
 
+    [[nodiscard]] const QString &symbol() const { return symbolName; }
+    [[nodiscard]] const QString &leadingSymbol() const { return leadingName; }
     [[nodiscard]] const Shade &shade() const { return color; }
     [[nodiscard]] const Type &textType() const { return type; }
     [[nodiscard]] QAccessible::Role accessibleRole() const override { return QAccessible::Link; }

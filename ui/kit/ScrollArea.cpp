@@ -1,5 +1,6 @@
 #include "ui/kit/ScrollArea.h"
 
+#include <QApplication>
 #include <QPainter>
 
 #include <algorithm>
@@ -11,6 +12,7 @@ namespace orvalen::kit {
 namespace {
 
 constexpr int barWidth = 8;
+constexpr int roomAround = 8; // of a control that is scrolled to: its ring, and some air
 
 class SlimBar : public QScrollBar
 {
@@ -26,14 +28,15 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(neutral::secondary.at(underMouse() || isSliderDown() ? 75 : 45).in(*this));
+        painter.setBrush(neutral::secondary.at(underMouse() || isSliderDown() ? 100 : 75).in(*this));
         painter.drawRoundedRect(QRectF(2, top + 2, barWidth - 4, length - 4), 2, 2);
     }
 };
 
 } // namespace
 
-ScrollArea::ScrollArea(QWidget *content, QWidget *parent) : QScrollArea(parent), overlay(new SlimBar(this))
+ScrollArea::ScrollArea(QWidget *given, QWidget *parent)
+    : QScrollArea(parent), content(given), overlay(new SlimBar(this))
 {
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -41,8 +44,7 @@ ScrollArea::ScrollArea(QWidget *content, QWidget *parent) : QScrollArea(parent),
     setWidgetResizable(true);
     setFocusPolicy(Qt::NoFocus);
     viewport()->setAutoFillBackground(false);
-    setWidget(content);
-    content->setAutoFillBackground(false);
+    content->setParent(viewport());
 
     auto *bar = verticalScrollBar();
     overlay->setFocusPolicy(Qt::NoFocus);
@@ -55,15 +57,32 @@ ScrollArea::ScrollArea(QWidget *content, QWidget *parent) : QScrollArea(parent),
     });
     connect(bar, &QScrollBar::valueChanged, overlay, &QScrollBar::setValue);
     connect(overlay, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
+
+    // By itself it would follow the keyboard from control to control inside, but not when it comes in from elsewhere.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
+        const bool byPointer = QApplication::mouseButtons() != Qt::NoButton; // what is pressed must not move away
+        if (now && !byPointer && this->widget()->isAncestorOf(now))
+            ensureWidgetVisible(now, 0, roomAround);
+    });
 }
 
 QSize ScrollArea::minimumSizeHint() const
 {
-    return {widget()->minimumSizeHint().width(), 0};
+    return {content->minimumSizeHint().width(), 0};
+}
+
+QSize ScrollArea::sizeHint() const
+{
+    return minimumSizeHint();
 }
 
 void ScrollArea::resizeEvent(QResizeEvent *event)
 {
+    if (!widget()) { // only now is it known how wide the content is: no text is laid out for another width before
+        content->resize(viewport()->size());
+        setWidget(content);
+        content->setAutoFillBackground(false);
+    }
     QScrollArea::resizeEvent(event);
     const int x = isRightToLeft() ? 0 : width() - barWidth;
     overlay->setGeometry(x, 0, barWidth, height());

@@ -14,12 +14,14 @@ class ScrollArea : public QScrollArea
 public:
     explicit ScrollArea(QWidget *content, QWidget *parent = nullptr);
 
+    QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    QWidget *content;
     QScrollBar *overlay;
 };
 

@@ -79,7 +79,7 @@ void Slider::setAccent(const Accent &accent)
 
 void Slider::choose(double value)
 {
-    if (value != shownValue)
+    if (std::isfinite(value) && value != shownValue)
         Q_EMIT chosen(value);
 }
 

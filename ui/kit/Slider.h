@@ -29,7 +29,7 @@ public:
     [[nodiscard]] const Accent &accent() const { return color; }
     [[nodiscard]] Outline outline() const override;
 
-    /// As a person does; the value follows from outside.
+    /// As a person does; the value follows from outside. What is no number chooses nothing.
     void choose(double value);
     void move(int steps) { choose(places.moved(shownValue, steps)); }
 

@@ -42,7 +42,7 @@ void SmallButton::paintEvent(QPaintEvent *)
     if (!isEnabled())
         painter.setOpacity(0.45);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(color.vivid.at(isDown() ? 20 : underMouse() ? 17 : 13).in(*this));
+    painter.setBrush(color.vivid.at(isDown() ? 18 : underMouse() ? 16 : 13).in(*this));
     painter.drawRoundedRect(rect(), radius, radius);
     painter.setFont(type.font(*this));
     painter.setPen(color.ink.in(*this));

@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QPainter>
 
+#include "ui/kit/Accessibility.h"
 #include "ui/kit/Symbols.h"
 
 namespace orvalen::kit {
@@ -16,6 +17,7 @@ constexpr int largeSymbol = 20;
 SymbolLabel::SymbolLabel(int size, std::optional<Tile> tile, QWidget *parent)
     : QWidget(parent), size(size), tile(std::move(tile))
 {
+    hideFromReaders(*this);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
@@ -30,7 +32,7 @@ void SymbolLabel::setSymbol(const QString &symbol)
 void SymbolLabel::setAccent(const Accent &accent)
 {
     backdrop = accent.vivid;
-    setShade(size >= largeSymbol ? accent.vivid : accent.ink);
+    setShade(size >= largeSymbol ? accent.large : accent.ink);
 }
 
 void SymbolLabel::setShade(const Shade &shade)

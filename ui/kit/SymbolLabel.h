@@ -25,10 +25,11 @@ public:
 
     /// Each does nothing where nothing changes.
     void setSymbol(const QString &symbol);
-    void setAccent(const Accent &accent); ///< Ink, or vivid from 20 px on.
+    void setAccent(const Accent &accent); ///< Ink, or the tone for large symbols from 20 px on.
     void setShade(const Shade &shade);
 
     [[nodiscard]] const QString &symbol() const { return name; }
+    [[nodiscard]] int symbolSize() const { return size; }
     [[nodiscard]] const Shade &shade() const { return color; }
 
     QSize sizeHint() const override;

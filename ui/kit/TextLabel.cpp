@@ -43,6 +43,8 @@ TextLabel::TextLabel(QWidget *parent) : QLabel(parent)
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
 }
 
+TextLabel::~TextLabel() = default;
+
 void TextLabel::setText(const QString &newText)
 {
     if (text() == newText)
@@ -50,7 +52,12 @@ void TextLabel::setText(const QString &newText)
     QLabel::setText(newText);
     if (isAnnounced) // once it is there to be read
         QMetaObject::invokeMethod(
-            this, [this] { announceAlert(*this); }, Qt::QueuedConnection);
+            this,
+            [this] {
+                announceAlert(*this);
+                Q_EMIT announced(text());
+            },
+            Qt::QueuedConnection);
 }
 
 void TextLabel::setType(const Type &newType)
@@ -81,23 +88,37 @@ void TextLabel::setElided(Qt::TextElideMode mode)
     updateGeometry();
 }
 
+TextLabel::Shaped &TextLabel::shaped() const
+{
+    auto &now = remembered;
+    const auto font = textType.font(*this);
+    if (!now.layout || now.text != text() || now.font != font || now.wraps != wordWrap() ||
+        now.direction != layoutDirection()) {
+        now = {text(), font, wordWrap(), layoutDirection(), std::make_unique<QTextLayout>(text(), font), {}, {}};
+        now.layout->setFormats(pictureFormats(now.text, font));
+        now.layout->setTextOption(option());
+    }
+    return now;
+}
+
+QTextOption TextLabel::option() const
+{
+    QTextOption option(QStyle::visualAlignment(layoutDirection(), alignment()) & Qt::AlignHorizontal_Mask);
+    option.setTextDirection(Qt::LayoutDirectionAuto); // a sentence reads in its own direction wherever it stands
+    option.setWrapMode(wordWrap() ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
+    return option;
+}
+
 QSize TextLabel::laidOut(int width) const
 {
-    const auto font = textType.font(*this);
-    if (measured.text != text() || measured.font != font || measured.wraps != wordWrap() ||
-        measured.sizes.size() > mostWidths)
-        measured = {text(), font, wordWrap(), {}};
-    const auto [known, isNew] = measured.sizes.try_emplace(width);
-    if (!isNew)
-        return known->second;
-
-    QTextLayout layout(text(), font);
-    layout.setFormats(pictureFormats(text(), font));
-    QTextOption option;
-    option.setWrapMode(wordWrap() ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
-    layout.setTextOption(option);
-    const auto size = lay(layout, width, lineHeight(font));
-    known->second = {static_cast<int>(std::ceil(size.width())), static_cast<int>(size.height())};
+    auto &now = shaped();
+    if (now.sizes.size() > mostWidths)
+        now.sizes.clear();
+    const auto [known, isNew] = now.sizes.try_emplace(width);
+    if (isNew) {
+        const auto size = lay(*now.layout, width, lineHeight(now.font));
+        known->second = {static_cast<int>(std::ceil(size.width())), static_cast<int>(size.height())};
+    }
     return known->second;
 }
 
@@ -115,11 +136,15 @@ QSize TextLabel::minimumSizeHint() const
         return {QFontMetrics(textType.font(*this)).horizontalAdvance(QChar(0x2026)), natural.height()};
     if (!wordWrap())
         return natural;
-    const QFontMetricsF metrics(textType.font(*this));
-    double longestWord = 0.0;
-    for (const auto &word : QStringView(text()).split(u' '))
-        longestWord = std::max(longestWord, metrics.horizontalAdvance(word.toString()));
-    return {static_cast<int>(std::ceil(longestWord)), lineHeight(textType.font(*this))};
+    auto &now = shaped();
+    if (!now.smallest) {
+        const QFontMetricsF metrics(now.font);
+        double longestWord = 0.0;
+        for (const auto &word : QStringView(text()).split(u' '))
+            longestWord = std::max(longestWord, metrics.horizontalAdvance(word.toString()));
+        now.smallest = {static_cast<int>(std::ceil(longestWord)), lineHeight(now.font)};
+    }
+    return *now.smallest;
 }
 
 int TextLabel::heightForWidth(int width) const
@@ -132,12 +157,10 @@ void TextLabel::paintEvent(QPaintEvent *)
     const auto font = textType.font(*this);
     const auto shownText =
         elideMode == Qt::ElideNone ? text() : QFontMetrics(font).elidedText(text(), elideMode, width());
-    QTextLayout layout(shownText, font);
-    layout.setFormats(pictureFormats(shownText, font));
-    QTextOption option(QStyle::visualAlignment(layoutDirection(), alignment()) & Qt::AlignHorizontal_Mask);
-    option.setTextDirection(Qt::LayoutDirectionAuto); // a sentence reads in its own direction wherever it stands
-    option.setWrapMode(wordWrap() ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
-    layout.setTextOption(option);
+    QTextLayout shortened(shownText, font);
+    shortened.setFormats(pictureFormats(shownText, font));
+    auto &layout = shownText == text() ? *shaped().layout : shortened;
+    layout.setTextOption(option());
     const auto size = lay(layout, width(), lineHeight(font));
 
     double y = 0.0;

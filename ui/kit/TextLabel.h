@@ -4,9 +4,14 @@
 #include <QLabel>
 
 #include <map>
+#include <memory>
+#include <optional>
 
 #include "ui/kit/Shade.h"
 #include "ui/kit/Type.h"
+
+class QTextLayout;
+class QTextOption;
 
 namespace orvalen::kit {
 
@@ -17,6 +22,7 @@ class TextLabel : public QLabel
 
 public:
     explicit TextLabel(QWidget *parent = nullptr);
+    ~TextLabel() override;
 
     /// Each does nothing where nothing changes.
     void setText(const QString &text);
@@ -28,6 +34,10 @@ public:
     /// From now on screen readers say another text at once.
     void setAnnounced() { isAnnounced = true; }
 
+Q_SIGNALS:
+    void announced(const QString &text); ///< Screen readers have been told.
+
+public:
     [[nodiscard]] const Type &type() const { return textType; }
     [[nodiscard]] const Shade &shade() const { return textShade; }
 
@@ -40,17 +50,22 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    /// How large the text is at that width. Layouts ask again and again; what has been answered is remembered.
-    [[nodiscard]] QSize laidOut(int width) const;
-
-    struct Measured
+    /// The text with its letters found and placed, which takes longer than to paint them and to break them into lines.
+    struct Shaped
     {
         QString text;
         QFont font;
         bool wraps = false;
-        std::map<int, QSize> sizes; ///< By width.
+        Qt::LayoutDirection direction = Qt::LeftToRight;
+        std::unique_ptr<QTextLayout> layout;
+        std::map<int, QSize> sizes; ///< By width. Layouts ask again and again.
+        std::optional<QSize> smallest;
     };
-    mutable Measured measured;
+    [[nodiscard]] Shaped &shaped() const;
+    [[nodiscard]] QTextOption option() const;
+    [[nodiscard]] QSize laidOut(int width) const; ///< How large the text is at that width.
+
+    mutable Shaped remembered;
 
     Type textType;
     Shade textShade = neutral::text;

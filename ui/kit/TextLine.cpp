@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include <unicode/uchar.h>
+#include "core/Text.h"
 
 namespace orvalen::kit {
 
@@ -14,16 +14,16 @@ constexpr QChar firstPicture(0x231A); // of Unicode's signs, but for those that 
 constexpr QChar asPicture(0xFE0F);    // how a sign asks for that, standing after it
 
 /// How long the sign that the text begins with is; 0 where it begins with none.
-int signLength(QStringView text)
+int signLength(QStringView words)
 {
-    if (text.front() < firstPicture)
+    if (words.front() < firstPicture)
         return 0;
-    const bool isPair = text.size() > 1 && text[0].isHighSurrogate();
+    const bool isPair = words.size() > 1 && words[0].isHighSurrogate();
     const int length = isPair ? 2 : 1;
-    if (text.size() > length && text[length] == asPicture)
+    if (words.size() > length && words[length] == asPicture)
         return length + 1;
-    const char32_t c = isPair ? QChar::surrogateToUcs4(text[0], text[1]) : text[0].unicode();
-    return u_hasBinaryProperty(static_cast<UChar32>(c), UCHAR_EMOJI_PRESENTATION) ? length : 0;
+    const char32_t c = isPair ? QChar::surrogateToUcs4(words[0], words[1]) : words[0].unicode();
+    return text::isPicture(c) ? length : 0;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "ui/kit/Toggle.h"
 
 #include <QPainter>
+#include <QStyle>
 
 namespace orvalen::kit {
 
@@ -8,6 +9,7 @@ namespace {
 
 constexpr QSize trackSize{38, 22};
 constexpr int inset = 2;
+constexpr Shade trackOn{accent::blue.solid.light, shade(0, 0x187CEC).dark}; // in the dark, solid is too near a card
 
 } // namespace
 
@@ -20,7 +22,9 @@ Toggle::Toggle(QWidget *parent) : Control(parent), knob(*this, 140)
 
 QRect Toggle::track() const
 {
-    return {QPoint((width() - trackSize.width()) / 2, (height() - trackSize.height()) / 2), trackSize};
+    // In line with what stands above and below it.
+    const QPoint corner(width() - trackSize.width(), (height() - trackSize.height()) / 2);
+    return QStyle::visualRect(layoutDirection(), rect(), {corner, trackSize});
 }
 
 Control::Outline Toggle::outline() const
@@ -51,7 +55,7 @@ void Toggle::paintEvent(QPaintEvent *)
     painter.setPen(Qt::NoPen);
     if (!isEnabled())
         painter.setOpacity(0.45);
-    painter.setBrush(mixed(neutral::groove, accent::blue.solid, knob.value()).in(*this));
+    painter.setBrush(mixed(neutral::groove, trackOn, knob.value()).in(*this));
     painter.drawRoundedRect(place, place.height() / 2, place.height() / 2);
 
     const QRectF circle(place.left() + inset + travel * way, place.top() + inset, diameter, diameter);

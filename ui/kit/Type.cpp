@@ -15,6 +15,16 @@ namespace {
 constexpr double usualSystemFont = 13.0; // px
 constexpr int smallestPlainSize = 10;    // anything smaller is hard to read unless it is heavier
 
+/// Empty without any of them. Asking takes longer than painting a number does.
+QString numberFamily()
+{
+    for (const char *family : {".AppleSystemUIFontRounded", "SF Pro Rounded", "Nunito", "Inter Display", "Inter"}) {
+        if (QFontDatabase::hasFamily(family)) // a family that is not there would cost a search for its likes
+            return family;
+    }
+    return {};
+}
+
 } // namespace
 
 double textScale(const QFont &systemFont)
@@ -51,12 +61,9 @@ int textWidth(const QFont &font, const QString &text)
 QFont numberFont(const QWidget &widget, int size)
 {
     QFont font = Type{.size = size, .weight = QFont::ExtraBold}.font(widget);
-    for (const char *family : {".AppleSystemUIFontRounded", "SF Pro Rounded", "Nunito", "Inter Display", "Inter"}) {
-        if (QFontDatabase::hasFamily(family)) { // a family that is not there would cost a search for its likes
-            font.setFamily(family);
-            break;
-        }
-    }
+    static const auto family = numberFamily();
+    if (!family.isEmpty())
+        font.setFamily(family);
     font.setLetterSpacing(QFont::PercentageSpacing, 98);
     return font;
 }
