@@ -15,10 +15,19 @@ struct ChosenScheme : ColorScheme
     void follow(Receive newReceive) override { receive = std::move(newReceive); }
 };
 
-/// A window whose theme can be chosen.
-struct ThemedWindow : Dashboard
+/// While it lives, the system's own palette is a dark or a light one.
+struct SystemPalette
 {
-    explicit ThemedWindow(bool dark)
+    explicit SystemPalette(bool dark) { QApplication::setPalette(QPalette(dark ? Qt::black : Qt::white)); }
+    ~SystemPalette() { QApplication::setPalette(QPalette()); }
+    SystemPalette(const SystemPalette &) = delete;
+    SystemPalette &operator=(const SystemPalette &) = delete;
+};
+
+/// A window whose theme can be chosen, and which has been in that theme from its first widget on.
+struct ThemedWindow : SystemPalette, Dashboard
+{
+    explicit ThemedWindow(bool dark) : SystemPalette(dark)
     {
         window.followColorScheme(scheme);
         choose(dark);
