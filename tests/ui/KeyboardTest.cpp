@@ -204,7 +204,12 @@ TEST_P(TabOrder, bringsEverythingIntoViewInItsRing)
     window.resize(815, 560);
     settle();
     walk([this] { goOn(); }, [this] { expectInARing(); });
-    leaveAll();
+}
+
+TEST_P(TabOrder, bringsEverythingIntoViewOnTheWayBackToo)
+{
+    window.resize(815, 560);
+    settle();
     walk([this] { goBack(); }, [this] { expectInARing(); });
 }
 
