@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include <memory>
+
 #include "tests/ui/Dashboard.h"
 #include "ui/kit/Builders.h"
 #include "ui/kit/Theme.h"
@@ -79,14 +81,15 @@ TEST(LinkLabel, theSymbolBehindTheTextIsAFifthSmallerThanIt)
     EXPECT_EQ(withSymbol.widget->sizeHint().width(), plain.widget->sizeHint().width() + 3 + 8);
 }
 
-TEST(LinkLabel, shortOfRoomItShortensTheTextAndKeepsItsSymbols)
+TEST(LinkLabel, insistsOnItsWidthUnlessItMayWrap)
 {
-    const OnAPage<LinkLabel> page(
-        link("an address of some length", [] {}).leadingSymbol("globe").symbol("arrow.up.right"), 90);
-    EXPECT_GE(page.drawn(0, 13).first, 0);
-    EXPECT_EQ(page.drawn(13, 19).first, -1);
-    EXPECT_GE(page.drawn(90 - 9).first, 0);
-    EXPECT_EQ(page.drawn(90 - 12, 90 - 9).first, -1) << "the text does not reach into the symbol";
+    const std::unique_ptr<LinkLabel> whole(link("an address of some length", [] {}).symbol("arrow.up.right"));
+    EXPECT_EQ(whole->minimumSizeHint(), whole->sizeHint());
+    const std::unique_ptr<LinkLabel> wrapping(
+        link("an address of some length", [] {}).symbol("arrow.up.right").wrapped());
+    EXPECT_EQ(wrapping->sizeHint(), whole->sizeHint());
+    EXPECT_LT(wrapping->minimumSizeHint().width(), 90);
+    EXPECT_GT(wrapping->heightForWidth(90), whole->sizeHint().height());
 }
 
 TEST(LinkLabel, isReadWithoutItsSymbols)
