@@ -21,7 +21,6 @@ namespace orvalen {
 namespace {
 
 using namespace kit;
-using namespace kit;
 using test::contrast;
 using test::Dashboard;
 using test::Ink;
@@ -55,9 +54,10 @@ std::optional<Paints> paintsOf(const QWidget &widget)
 {
     static const std::map<std::string, Paints> kinds{
         {"QWidget", Paints::grounds},     {"MainView", Paints::grounds},
-        {"AddressRow", Paints::grounds},  {"Hairline", Paints::grounds},
-        {"ScrollArea", Paints::grounds},  {"TabBar", Paints::grounds},
-        {"AddressLabel", Paints::words},  {"Badge", Paints::words}, // which say what its dot says
+        {"AddressRow", Paints::grounds},  {"Flow", Paints::grounds},
+        {"Hairline", Paints::grounds},    {"ScrollArea", Paints::grounds},
+        {"TabBar", Paints::grounds},      {"AddressLabel", Paints::words},
+        {"Badge", Paints::words}, // which say what its dot says
         {"CallToAction", Paints::words},  {"Disc", Paints::marks},
         {"FocusRing", Paints::marks},     {"LinkLabel", Paints::words},
         {"Picture", Paints::pictures},    {"QRCodeView", Paints::pictures},

@@ -1,6 +1,7 @@
 #include "ui/kit/StretchedPicture.h"
 
 #include <QPaintDevice>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPixmap>
 #include <QPixmapCache>
@@ -39,8 +40,10 @@ QPixmap picture(const StretchedPicture &of, int scale)
 void StretchedPicture::draw(QPainter &painter, const QRect &place) const
 {
     const double scale = painter.device()->devicePixelRatioF();
+    const bool isOfPixels = painter.paintEngine()->type() == QPaintEngine::Raster && scale == std::floor(scale) &&
+                            painter.transform().type() <= QTransform::TxTranslate;
     const bool isLargeEnough = std::min(place.width(), place.height()) >= 2 * corner + between;
-    if (scale != std::floor(scale) || painter.transform().type() > QTransform::TxTranslate || !isLargeEnough) {
+    if (!isOfPixels || !isLargeEnough) {
         paint(painter, place);
         return;
     }

@@ -20,7 +20,7 @@ struct StretchedPicture
     std::function<void(QPainter &painter, const QRect &place)> paint; ///< Draws all of it, as large as `place`.
     QColor middle = {};                                               ///< Invalid: empty.
 
-    /// From the picture where every pixel of it is one of the screen's, else as `paint` does, which may fill the
+    /// From the picture where every pixel of it is one of the device's, else as `paint` does, which may fill the
     /// middle.
     void draw(QPainter &painter, const QRect &place) const;
 };
