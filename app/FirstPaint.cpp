@@ -1,5 +1,6 @@
 #include "app/FirstPaint.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QObject>
 #include <QTimer>
@@ -17,12 +18,12 @@ using namespace std::chrono_literals;
 class FirstPaint : public QObject
 {
 public:
-    FirstPaint(QWidget &window, std::function<void()> task) : QObject(&window), task(std::move(task))
+    FirstPaint(QWidget &window, std::function<void()> task) : QObject(&window), window(window), task(std::move(task))
     {
-        window.installEventFilter(this);
+        qApp->installEventFilter(this); // the window itself paints nothing where others cover it
         timer.setSingleShot(true);
-        timer.callOnTimeout(this, [this, &window] {
-            window.removeEventFilter(this); // a paint may come while the task runs
+        timer.callOnTimeout(this, [this] {
+            qApp->removeEventFilter(this); // a paint may come while the task runs
             deleteLater();
             const auto once = std::move(this->task); // which may do away with the window, and us
             once();
@@ -33,14 +34,18 @@ public:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::Paint) {
-            watched->removeEventFilter(this);
+        if (event->type() != QEvent::Paint)
+            return false;
+        const auto *painted = qobject_cast<QWidget *>(watched);
+        if (painted && painted->window() == &window) {
+            qApp->removeEventFilter(this);
             timer.start(0s); // this is the painting: what it painted is on its way to the screen when it is over
         }
         return false;
     }
 
 private:
+    QWidget &window;
     std::function<void()> task;
     QTimer timer;
 };

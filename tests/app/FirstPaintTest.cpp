@@ -9,6 +9,8 @@
 #include <QWidget>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace orvalen {
 namespace {
@@ -73,6 +75,22 @@ TEST_F(FirstPaintTest, theTaskRunsOnceForAWindowThatNobodySeesEvenIfItIsPaintedM
     EXPECT_TRUE(eventually([this] { return runs > 0; }));
     EXPECT_GT(window->paints, 0);
     EXPECT_EQ(runsAfterAnother(), 1);
+}
+
+TEST_F(FirstPaintTest, aWindowThatIsCoveredByWhatIsInItIsPaintedToo)
+{
+    Window unseen;
+    std::vector<std::string> order;
+    afterFirstPaint(unseen, [&] { order.emplace_back("unseen"); }); // put off first, and for as long as it may be
+    afterFirstPaint(*window, [&] { order.emplace_back("covered"); });
+    auto *cover = new Window;
+    cover->setAttribute(Qt::WA_OpaquePaintEvent);
+    cover->setParent(window.get());
+    cover->resize(window->size());
+    window->show();
+    EXPECT_TRUE(eventually([&] { return order.size() == 2; }));
+    EXPECT_EQ(window->paints, 0);
+    EXPECT_EQ(order, (std::vector<std::string>{"covered", "unseen"}));
 }
 
 TEST_F(FirstPaintTest, theTaskMayDoAwayWithTheWindow)
