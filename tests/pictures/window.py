@@ -246,8 +246,7 @@ class Window:
         names = [name for _, name, _ in self.desktop.controls.names() if name]
         if WARMUP in names:
             return WARMUP
-        is_half = HALF_A_PULSE in names and BRIDGE_CARD in names and \
-            names[names.index(BRIDGE_CARD) + 1] == '%.1f°C' % PULSE[2]
+        is_half = HALF_A_PULSE in names and (BRIDGE_CARD, '%.1f°C' % PULSE[2]) in zip(names, names[1:])
         return HALF_A_PULSE if is_half else None
 
     def is_at(self, picture):
