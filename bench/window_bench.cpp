@@ -36,8 +36,8 @@
 #include <QTest>
 #include <QWindow>
 
-#include "platform/ColorScheme.h"
 #include "platform/qt/SettingsStoreQt.h"
+#include "tests/support/ColorSchemeFake.h"
 #include "tests/ui/Dashboard.h"
 #include "ui/CenterDashboardView.h"
 #include "ui/LeftSidebarAdView.h"
@@ -56,7 +56,8 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 using Times = std::vector<double>;
 
 constexpr double limit = 16.0;
-constexpr auto quiet = 4ms; // as long without an event, nothing follows any more
+constexpr auto quiet = 4ms;    // as long without an event, nothing follows any more
+constexpr auto patience = 20s; // a window that another program will not have as it is wanted never comes to rest
 constexpr QSize usualSize{1000, 680};
 constexpr int narrowest = 815;
 constexpr int widest = 1600;
@@ -110,7 +111,12 @@ Time timed(
         action();
         return true;
     });
+    const auto endOfPatience = Clock::now() + patience;
     while (Clock::now() - last < quiet || !isDone()) {
+        if (Clock::now() > endOfPatience) {
+            std::fputs("The window does not come to rest as it was wanted.\n", stderr);
+            std::exit(1);
+        }
         if (!count([] { return QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents); }))
             std::this_thread::sleep_for(200us);
     }
@@ -184,13 +190,6 @@ private:
     std::vector<std::string> names;
 };
 
-struct ChosenScheme : ColorScheme
-{
-    Receive receive;
-    void follow(Receive newReceive) override { receive = std::move(newReceive); }
-    void choose(bool dark) const { receive(dark ? 1 : 2); }
-};
-
 /// The window, with its settings on the disk.
 struct Subject
 {
@@ -224,7 +223,7 @@ struct Subject
     }
 
     SettingsStoreQt store;
-    ChosenScheme scheme;
+    test::ChosenScheme scheme;
     test::Dashboard dashboard{store};
 };
 

@@ -35,6 +35,7 @@ testPackages=(
     iproute2 curl avahi-daemon espeak-ng
     chromium chromium-driver python3-selenium zbar-tools
     stress-ng
+    fonts-dejavu-core
 )
 
 isInstalled() {

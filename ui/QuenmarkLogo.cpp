@@ -46,7 +46,12 @@ std::optional<QImage> firstPicture(const QStringList &files)
 
 std::optional<QImage> loadQuenmarkLogo()
 {
-    return firstPicture({":/quenmark-logo.png", "assets/quenmark-logo.png"});
+    return firstPicture(quenmarkLogoFiles());
+}
+
+QStringList quenmarkLogoFiles()
+{
+    return {":/quenmark-logo.png", "assets/quenmark-logo.png"};
 }
 
 QWidget *logoView(const std::optional<QImage> &logo, int side)

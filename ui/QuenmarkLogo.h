@@ -8,8 +8,11 @@
 
 namespace orvalen {
 
-/// The maker's logo: the one built in, else the one of the source tree that the program runs in, else none.
+/// The maker's logo, the first of its files that holds a picture; none if none does.
 [[nodiscard]] std::optional<QImage> loadQuenmarkLogo();
+
+/// The one built in, then the one of the source tree that the program runs in.
+[[nodiscard]] QStringList quenmarkLogoFiles();
 
 /// The first of these files that holds a picture.
 [[nodiscard]] std::optional<QImage> firstPicture(const QStringList &files);

@@ -68,7 +68,6 @@ def described():
         if control.get_role() == Atspi.Role.FILLER and control.get_child_count() > 0:
             continue
         states = control.get_state_set()
-        actions = control.get_action_iface()
         place = Atspi.Component.get_extents(control.get_component_iface(), Atspi.CoordType.SCREEN)
         found.append({
             'role': control.get_role_name(),
@@ -77,8 +76,6 @@ def described():
             'states': [name for name, state in STATES.items() if states.contains(state)],
             'value': value_of(control),
             'text': text_of(control),
-            'actions': [Atspi.Action.get_action_name(actions, index)
-                        for index in range(Atspi.Action.get_n_actions(actions))] if actions else [],
             'groups': groups_of(control),
             'place': [place.x, place.y, place.width, place.height],
         })

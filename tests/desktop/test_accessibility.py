@@ -3,12 +3,13 @@ import re
 import time
 
 import private_machine
-from privatedesktop import GREETING, Child, wait_for
+from privatedesktop import GREETING, Child, Later, wait_for
 
 pytestmark = private_machine.needed
 
 PROGRAM = 'orvalen-simulated'
 TRIGGER = 'Trigger Prime Warmup Now'
+START, STOP = '⚡ Start Offline Stream', 'Stop Offline Stream'
 TABS = ['Dashboard', 'Screen Clone', 'Diagnostics', 'Power & Tools', 'Settings']
 ADDRESS = re.compile(r'http://[\w.:-]+')
 READING = re.compile(r'\d+\.\d°C')
@@ -107,6 +108,36 @@ def method(number, name, badge, about, action, *more):
     return card(name, str(number), name, badge, about, button(action), *more)
 
 
+CLONE_TITLE = labels(
+    '', 'Multi-Screen Clone & Bypass Studio',
+    'Multiple zero-downtime display mirroring methods for when screen blacks out.')
+WEB = 'Zero-Install Web Mirror (Phone & Tablets)', \
+    'Stream Mac screen directly to any iPhone, Android, or laptop browser with Screen 1 / Screen 2 tabs.'
+OTHER_METHODS = [
+    *method(2, 'Direct USB Tethering Mirror', '100% OFFLINE',
+            'Connect phone with USB cable & turn on USB Tethering. Zero Wi-Fi or router needed.',
+            'Refresh USB Status', 'Waiting for USB Connection:',
+            '• Connect phone to Mac via USB-C / Lightning cable.',
+            "• iPhone: Settings → Personal Hotspot → Enable 'Allow Others to Join'.",
+            "• Android: Settings → Hotspot & Tethering → Turn on 'USB Tethering'.",
+            ' (Bonjour works over USB cable)'),
+    *method(3, 'Apple Sidecar / AirPlay USB Mirror', 'RETINA QUALITY',
+            'Use iPad as a zero-latency secondary screen via USB-C or AirPlay to any TV/Mac.',
+            'Open Displays Settings ↗'),
+    *method(4, 'Blind Voice Assistant (When 100% Black)', 'KEYBOARD SHORTCUT',
+            'Press ⌘ + ⌥ + M anytime. Mac will instantly start streaming and speak out the connection URL via '
+            'speakers.', 'Test Hotkey Voice'),
+]
+IN_BROWSER, BY_NAME = 'Open in Phone / Tablet Browser:', 'Universal Bonjour (mDNS):'
+WHILE_STREAMING = [
+    *CLONE_TITLE,
+    *method(1, WEB[0], 'ONLINE', WEB[1], 'Stop Stream', Line('image', 'QR code', ADDRESS), 'Scan with Phone',
+            IN_BROWSER, address(IN_BROWSER), button('Copy', ADDRESS), button('Open', ADDRESS),
+            BY_NAME, address(BY_NAME), button('Copy', ADDRESS)),
+    *OTHER_METHODS,
+]
+
+
 CONTENT = {
     'Dashboard': [
         *card('DISPLAY BRIDGE TEMPERATURE', 'DISPLAY BRIDGE TEMPERATURE', reading(READING, 'DISPLAY BRIDGE TEMPERATURE'),
@@ -120,24 +151,9 @@ CONTENT = {
         *card('Active State', 'Active State', reading('Active Workstation', 'Active State')),
     ],
     'Screen Clone': [
-        *labels('', 'Multi-Screen Clone & Bypass Studio',
-                'Multiple zero-downtime display mirroring methods for when screen blacks out.'),
-        *method(1, 'Zero-Install Web Mirror (Phone & Tablets)', 'NO APP NEEDED',
-                'Stream Mac screen directly to any iPhone, Android, or laptop browser with Screen 1 / Screen 2 tabs.',
-                'Start Browser Cast'),
-        *method(2, 'Direct USB Tethering Mirror', '100% OFFLINE',
-                'Connect phone with USB cable & turn on USB Tethering. Zero Wi-Fi or router needed.',
-                'Refresh USB Status', 'Waiting for USB Connection:',
-                '• Connect phone to Mac via USB-C / Lightning cable.',
-                "• iPhone: Settings → Personal Hotspot → Enable 'Allow Others to Join'.",
-                "• Android: Settings → Hotspot & Tethering → Turn on 'USB Tethering'.",
-                ' (Bonjour works over USB cable)'),
-        *method(3, 'Apple Sidecar / AirPlay USB Mirror', 'RETINA QUALITY',
-                'Use iPad as a zero-latency secondary screen via USB-C or AirPlay to any TV/Mac.',
-                'Open Displays Settings ↗'),
-        *method(4, 'Blind Voice Assistant (When 100% Black)', 'KEYBOARD SHORTCUT',
-                'Press ⌘ + ⌥ + M anytime. Mac will instantly start streaming and speak out the connection URL via '
-                'speakers.', 'Test Hotkey Voice'),
+        *CLONE_TITLE,
+        *method(1, WEB[0], 'NO APP NEEDED', WEB[1], 'Start Browser Cast'),
+        *OTHER_METHODS,
     ],
     'Diagnostics': [
         *card('Service Shop Report', 'Service Shop Report',
@@ -181,20 +197,25 @@ CONTENT = {
     ],
 }
 
-RIGHT = [
-    *labels('', '100% OFFLINE MIRROR', 'NO INTERNET',
-            'Works completely offline without Wi-Fi, Router or Active Internet.'),
-    *card('BLANK SCREEN HOTKEY:', 'BLANK SCREEN HOTKEY:', '⌘ + ⌥ + M'),
-    button('⚡ Start Offline Stream', 'The stream is off'),
-    *card('USB CABLE (OFFLINE)', 'USB CABLE (OFFLINE)', 'Plug USB cable & turn on Hotspot/Tethering:'),
-    *card('WI-FI / LOCAL MDNS', 'WI-FI / LOCAL MDNS', address('WI-FI / LOCAL MDNS'), button('Copy', ADDRESS)),
-    *labels('', 'SYSTEM SETTINGS JUMP'),
-    button('Displays & Mirroring'),
-    button('Screen Recording Access'),
-    *card('Servers and engineers, rented', 'Servers and engineers, rented',
-          'Quenmark hosts what you build, and helps you build it.',
-          link('Talk to us ↗', 'Servers and engineers, rented')),
-]
+
+def right(stream):
+    return [
+        *labels('', '100% OFFLINE MIRROR', 'NO INTERNET',
+                'Works completely offline without Wi-Fi, Router or Active Internet.'),
+        *card('BLANK SCREEN HOTKEY:', 'BLANK SCREEN HOTKEY:', '⌘ + ⌥ + M'),
+        stream,
+        *card('USB CABLE (OFFLINE)', 'USB CABLE (OFFLINE)', 'Plug USB cable & turn on Hotspot/Tethering:'),
+        *card('WI-FI / LOCAL MDNS', 'WI-FI / LOCAL MDNS', address('WI-FI / LOCAL MDNS'), button('Copy', ADDRESS)),
+        *labels('', 'SYSTEM SETTINGS JUMP'),
+        button('Displays & Mirroring'),
+        button('Screen Recording Access'),
+        *card('Servers and engineers, rented', 'Servers and engineers, rented',
+              'Quenmark hosts what you build, and helps you build it.',
+              link('Talk to us ↗', 'Servers and engineers, rented')),
+    ]
+
+
+RIGHT = right(button(START, 'The stream is off'))
 
 
 class Listener(Child):
@@ -252,6 +273,22 @@ def test_every_tab_is_read_out_in_its_order(desktop):
     assert desktop.written() == GREETING
 
 
+def test_the_stream_is_read_out_with_its_addresses_while_it_runs(desktop, network):
+    start(desktop)
+    desktop.controls.press(START)
+    desktop.controls.wait(STOP, 30)
+    wanted = LEFT + header('Screen Clone') + WHILE_STREAMING + right(button(STOP, 'The stream is on'))
+
+    def wrong():
+        heard = show(desktop, 'Screen Clone')
+        return [*filter(None, map(Line.differs, wanted, heard)), *['not so long'] * (len(heard) != len(wanted))]
+
+    wait_for(lambda: not wrong(), what=Later(lambda: '\n'.join(wrong())))  # what is there: addresses come by and by
+    desktop.controls.press(STOP)
+    desktop.controls.wait(START, 30)
+    assert desktop.written() == GREETING
+
+
 def test_what_is_pressed_by_a_reader_is_pressed(desktop):
     start(desktop)
     file = desktop.settings_file(PROGRAM)
@@ -259,14 +296,15 @@ def test_what_is_pressed_by_a_reader_is_pressed(desktop):
     for name, key in ((CHARGER[0], 'autoWarmupOnCharger'), (CHIMES[0], 'soundFeedbackEnabled')):
         desktop.controls.press(name)
         wait_for(lambda: '%s=false' % key in file.read_text(), what='"%s" in the settings' % key)
-        assert desktop.controls.is_checked(name) is False
+        wait_for(lambda: desktop.controls.is_checked(name) is False, what='"%s" to be read out as off' % name)
 
     for (name, _), key, value, kept in ((TARGET, 'targetTemp', 42.6, '42.5'), (TARGET, 'targetTemp', 99, '44'),
                                         (TIMEOUT, 'idleTimeoutMinutes', 7, '7')):
         desktop.controls.set(name, value)
         wait_for(lambda: '%s=%s\n' % (key, kept) in file.read_text(), what='%s=%s in the settings' % (key, kept))
-        assert [line['value'][0] for line in read_out(desktop) if line['role'] == 'slider' and line['name'] == name] == \
-            [float(kept)]
+        wait_for(lambda: [line['value'][0] for line in read_out(desktop)
+                          if line['role'] == 'slider' and line['name'] == name] == [float(kept)],
+                 what='"%s" to be read out as %s' % (name, kept))
 
 
 def test_what_changes_is_said(desktop):
@@ -280,6 +318,9 @@ def test_what_changes_is_said(desktop):
     desktop.controls.press('Diagnostics')
     desktop.controls.press('Generate Technician Diagnostic Report')
     assert names.hear('Saved to Desktop & Opened in Safari!')['role'] == 'label'
+
+    desktop.controls.press('Dashboard')
+    assert names.hear(TRIGGER, 60)['role'] == 'push button'  # it has ended
 
 
 def test_the_tab_key_goes_the_way_of_reading(desktop):

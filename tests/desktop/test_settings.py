@@ -19,6 +19,7 @@ class SettingsTab:
         if settings:
             desktop.choose(PROGRAM, smartModeEnabled='false', **settings)
         self.file = desktop.settings_file(PROGRAM)
+        self.before = self.stored()
         self.program = desktop.start(PROGRAM)
         desktop.controls.wait('Trigger Prime Warmup Now', 30)
         desktop.activate('Orvalen')
@@ -66,6 +67,10 @@ class SettingsTab:
     def turn_wheel_over(self, point, notches=1):
         """Towards the person."""
         self.pointer('mousemove', *point, 'click', '--repeat', notches, 5)
+
+    def stored(self):
+        """What is on disk, and since when."""
+        return self.file.read_bytes(), self.file.stat().st_mtime_ns
 
     def kept(self, key):
         """The setting on disk; None if there is none."""
@@ -119,7 +124,6 @@ def test_every_way_to_move_a_slider_is_on_disk_at_once_and_there_after_a_restart
 
 def test_what_was_stored_elsewhere_is_shown_and_stays_to_the_byte(desktop):
     tab = SettingsTab(desktop, targetTemp='45.3', idleTimeoutMinutes='9.9')
-    before = tab.file.read_bytes(), tab.file.stat().st_mtime_ns
     controls = desktop.controls
     controls.wait('45.3 °C', 30)
     controls.wait('9 mins', 30)
@@ -140,4 +144,4 @@ def test_what_was_stored_elsewhere_is_shown_and_stays_to_the_byte(desktop):
     controls.wait('45.3 °C', 30)
     controls.wait('9 mins', 30)
     tab.quit()
-    assert (tab.file.read_bytes(), tab.file.stat().st_mtime_ns) == before
+    assert tab.stored() == tab.before  # as it was before the program was started

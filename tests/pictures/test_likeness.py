@@ -22,6 +22,7 @@ class Card:
     label_color: str = GRAY
     icon_color: str = BLUE
     ground: str = '#FFFFFF'
+    edge: str = ''  # a colour
     across: float = 0.0  # pixels, of the texts
     whole_across: int = 0  # of all
     has_icon: bool = True
@@ -35,10 +36,11 @@ class Card:
                       '-annotate', '+%g+%d' % (x + self.across + across, y), text]
         icon = ['-fill', self.icon_color, '-draw', 'path "M %d,%d h 14 v 9 h -5 v 3 h -4 v -3 h -5 z"' %
                 (ICON_PLACE[0] + 5 + across, ICON_PLACE[1] + 6)] if self.has_icon else []
+        edge = ['-stroke', self.edge] if self.edge else []
         card = 'roundrectangle %d,10 %d,72 10,10' % (10 + across, 270 + across)
         return png.from_ppm(subprocess.run(
-            ['convert', '-size', '291x91', 'xc:#F4F5F7', '-fill', self.ground, '-draw', card, *icon, *words, '-depth', '8',
-             'ppm:-'], check=True, stdout=subprocess.PIPE, timeout=60).stdout)
+            ['convert', '-size', '291x91', 'xc:#F4F5F7', '-fill', self.ground, *edge, '-draw', card, '-stroke', 'none',
+             *icon, *words, '-depth', '8', 'ppm:-'], check=True, stdout=subprocess.PIPE, timeout=60).stdout)
 
 
 def altered(**changes):
@@ -57,6 +59,11 @@ def test_it_overlooks_small_shifts(reference, changes):
 
 def test_it_overlooks_one_level_of_plain_ground(reference):
     assert likeness.faults(altered(ground='#FEFEFE'), reference) == []
+
+
+def test_it_overlooks_the_faint_edge_of_a_card(reference):
+    assert numpy.abs(altered(edge='#EBEBEB').astype(int) - reference).max() > 8
+    assert likeness.faults(altered(edge='#EBEBEB'), reference) == []
 
 
 def test_it_overlooks_that_a_reference_has_few_colours(reference):
@@ -86,7 +93,7 @@ def test_it_takes_no_other_size(reference):
     {'label': ''}, {'value': ''}, {'has_icon': False}, {'ground': '#F4F5F7'},
     {'label': 'Gate Drover T-CON'}, {'label': 'Gate Driver T-COM'}, {'value': '40.5°C'}, {'value': '40.4°F'},
     {'label_color': BLUE}, {'label_color': '#8A8E96'}, {'icon_color': PURPLE}, {'icon_color': '#3070D8'}, {'ground': '#FDFDFD'},
-    {'across': 4}, {'across': 6}, {'whole_across': 4}, {'whole_across': 6},
+    {'edge': '#C6C6C8'}, {'across': 4}, {'across': 6}, {'whole_across': 4}, {'whole_across': 6},
 ], ids=str)
 def test_it_sees_what_is_wrong(reference, changes):
     assert likeness.faults(altered(**changes), reference)

@@ -14,6 +14,7 @@ sys.path += [str(ROOT / 'tests' / name) for name in ('support', 'desktop', 'repo
 import png  # noqa: E402
 from laptop import Laptop, write  # noqa: E402
 from privatedesktop import Child, Desktop, end  # noqa: E402
+from states import WARM  # noqa: E402
 from waiting import wait_for  # noqa: E402
 
 PROGRAM = ROOT / 'build/release/bin/orvalen'
@@ -26,6 +27,7 @@ REFRESH = 'Refresh USB Status'
 SOC = 46.2  # °C
 PULSE = (34.4, 34.8, 37.6)  # °C: where a pulse starts, where it has begun, where it is photographed
 BRIDGE_CARD = 'Gate Driver T-CON'
+A_BEGINNING = 'Optimizing Gate Drivers (7%)...'
 HALF_A_PULSE = 'Optimizing Gate Drivers (57%)...'
 PLACE = (40, 40)
 REFERENCES = HERE / 'references'
@@ -90,11 +92,16 @@ class Window:
         self.desktop.replace_command('xdg-open', 'exit 0\n')
         self.portal = Child(self.desktop, HERE / 'portal_child.py', stdin=subprocess.PIPE)
         assert self.portal.read(20) == 'ready', self.portal.errors.read_text()
-        self.desktop.output(['xdotool', 'mousemove', *map(str, (SCREEN[0] - 1, SCREEN[1] - 1))])
+        self._move_pointer()
         self.laptop = Laptop(Path(self.folder.name), {'PMU tdie1': 40.4, 'SOC MTR Temp': SOC}, percent=64)
         self.laptop.preparation = 'hostname ' + HOST_NAME
         if not Interface.is_there('en0'):
             self.interfaces['en0'] = Interface('en0', '192.168.1.20/24')
+
+    def _move_pointer(self):
+        """Somebody is there, and the pointer where it changes nothing."""
+        for step in (2, 1):
+            self.desktop.output(['xdotool', 'mousemove', *(str(side - step) for side in SCREEN)])
 
     # ---- the laptop ----
 
@@ -142,14 +149,16 @@ class Window:
     def show(self, picture):
         """Brings the window into the state of that picture."""
         state = picture.state
+        self._move_pointer()
         if not self.process or self.may_capture != state.may_capture or self.reported and not state.reported:
             self._start(state)
         self._choose_theme(picture.is_dark)
         self.desktop.output(['xdotool', 'windowsize', self.id, *map(str, state.size)])
         if state.warming:
-            self._warm_up()
-        else:
-            self._stand(state)
+            self._stream(state)
+            self._warm_up()  # which does not wait
+            return
+        self._stand(state)
         self._stream(state)
         self._open(state.tab)
         if state.reported and not self.reported:
@@ -180,23 +189,27 @@ class Window:
         self.standing = wanted
 
     def _warm_up(self):
-        """A warm-up that stands still at 57 % until its time limit, which is 15 s away."""
+        """A warm-up that stands still at 57 % until its time limit, which is 15 s away.
+
+        It loads every processor, so all that can be done before is done before: the shield starts it by itself.
+        """
         self.standing = None
         self._open('Dashboard')
-        for _ in range(3):
-            if self._is_half_warm():
-                return
-            self._set_shield(False)
-            self._plug_charger(False)
+        self._plug_charger(False)
+        self._heat(WARM)  # ends one that is under way
+        for text in ('%.1f°C' % WARM, '64% Battery', WARMUP):
+            self.desktop.controls.wait(text, 60)
+        self._set_shield(True)
+        for _ in range(5):
+            self._heat(WARM)
+            wait_for(lambda: self._shows(WARMUP, 'PROTECTED'), 60, 'rest before a warm-up')
             self._heat(PULSE[0])
-            for text in (WARMUP, '%.1f°C' % PULSE[0], '64% Battery'):
-                self.desktop.controls.wait(text, 30)
-            self._press(WARMUP, 'WARMING UP')
+            wait_for(lambda: self._shows('WARMING UP'), 60, 'a warm-up')
             self._heat(PULSE[1])
-            wait_for(lambda: self._shows('Optimizing Gate Drivers (7%)...') or self._shows(WARMUP), what='a beginning')
-            self._set_shield(True)
+            wait_for(lambda: self._shows_any(A_BEGINNING, WARMUP), 60, 'a beginning')
             self._heat(PULSE[2])
-            wait_for(lambda: self._is_half_warm() or self._shows(WARMUP), what='half a warm-up')
+            if wait_for(self._how_it_ends, 60, 'half a warm-up') == HALF_A_PULSE:
+                return
         raise AssertionError('no warm-up to be photographed')
 
     def _set_shield(self, is_on):
@@ -218,19 +231,27 @@ class Window:
             self._open('Screen Clone')
             self._press(REFRESH, 'CONNECTED' if state.phone else '100% OFFLINE')
 
-    def _shows(self, *texts):
-        shown = {text for _, name, text in self.desktop.controls.names() for text in (name, text)}
-        return shown.issuperset(texts)
+    def _shown(self):
+        return {text for _, name, text in self.desktop.controls.names() for text in (name, text)}
 
-    def _is_half_warm(self):
-        """The card follows the readings, every three seconds; the rest follows the pulse."""
+    def _shows(self, *texts):
+        return self._shown().issuperset(texts)
+
+    def _shows_any(self, *texts):
+        return not self._shown().isdisjoint(texts)
+
+    def _how_it_ends(self):
+        """What the button says once a warm-up is half done or over; None before that."""
+        # The card follows the readings, every three seconds; the rest follows the pulse.
         names = [name for _, name, _ in self.desktop.controls.names() if name]
-        return HALF_A_PULSE in names and BRIDGE_CARD in names and \
-            names[names.index(BRIDGE_CARD) + 1] == '%.1f°C' % PULSE[2]
+        if WARMUP in names:
+            return WARMUP
+        is_half = HALF_A_PULSE in names and (BRIDGE_CARD, '%.1f°C' % PULSE[2]) in zip(names, names[1:])
+        return HALF_A_PULSE if is_half else None
 
     def is_at(self, picture):
         """Whether it still shows what `show` brought about: a warm-up ends by itself."""
-        return self._is_half_warm() if picture.state.warming else self._shows(*picture.state.texts)
+        return self._how_it_ends() == HALF_A_PULSE if picture.state.warming else self._shows(*picture.state.texts)
 
     # ---- the camera ----
 

@@ -2,20 +2,26 @@
 
 #include <gmock/gmock.h>
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "core/MakerSite.h"
-#include "tests/ui/Dashboard.h"
+#include "tests/ui/Reading.h"
 #include "ui/DashboardHomeTab.h"
 #include "ui/QuenmarkLogo.h"
 #include "ui/TemperatureReadout.h"
+#include "ui/kit/ScrollArea.h"
 #include "ui/kit/TabButton.h"
 
 namespace orvalen {
 namespace {
 
 using namespace kit;
+using test::cardsOf;
 using test::Dashboard;
+using test::onlyIn;
+using test::placeIn;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -23,18 +29,13 @@ struct CenterDashboard : ::testing::Test, Dashboard
 {
     CenterDashboard() { show(); }
 
-    template <typename Widget>
-    Widget &only() const
-    {
-        const auto all = window.findChild<CenterDashboardView *>()->findChildren<Widget *>();
-        EXPECT_EQ(all.size(), 1);
-        return *all.front();
-    }
+    CenterDashboardView &column() const { return *window.findChild<CenterDashboardView *>(); }
+    CallToAction &button() const { return onlyIn<CallToAction>(column()); }
+    Toggle &protection() const { return onlyIn<Toggle>(column()); }
+    TemperatureReadout &readout() const { return onlyIn<TemperatureReadout>(column()); }
+    Badge &badge() const { return onlyIn<Badge>(column()); }
 
-    CallToAction &button() const { return only<CallToAction>(); }
-    Toggle &protection() const { return only<Toggle>(); }
-    TemperatureReadout &readout() const { return only<TemperatureReadout>(); }
-    Badge &badge() const { return only<Badge>(); }
+    QRect placeOf(const QWidget &widget) const { return placeIn(column(), widget); }
 
     std::vector<std::string> highlighted() const
     {
@@ -199,6 +200,46 @@ TEST_F(CenterDashboard, theMetricCards)
     EXPECT_EQ(metric("Power Source").value, "64% Battery");
 }
 
+TEST_F(CenterDashboard, theLogoStandsInItsCorner)
+{
+    const auto *logo = column().childAt(20, 20);
+    ASSERT_TRUE(logo);
+    EXPECT_EQ(placeOf(*logo), QRect(16, 14, 28, 28));
+}
+
+TEST_F(CenterDashboard, everyTabStandsSixteenFromTheEdges)
+{
+    for (const int tab : {0, 4, 1, 2, 3}) {
+        state.selectedTab = tab;
+        settle();
+        const auto areas = column().findChildren<ScrollArea *>();
+        const auto area = std::find_if(areas.begin(), areas.end(), [](auto *each) { return each->isVisible(); });
+        ASSERT_NE(area, areas.end()) << tab;
+        const auto &page = *(*area)->widget();
+        const auto content = page.childrenRect();
+        EXPECT_EQ(content.left(), 16) << tab;
+        EXPECT_EQ(content.top(), 16) << tab;
+        EXPECT_EQ(page.width() - content.width(), 2 * 16) << tab;
+        EXPECT_EQ(placeOf(page).left(), 0) << tab;
+    }
+}
+
+TEST_F(CenterDashboard, theHomeTabHasItsDistances)
+{
+    const auto cards = cardsOf(onlyIn<DashboardHomeTab>(window)); // of the number, the switch and four readings
+    ASSERT_EQ(cards.size(), 6u);
+    const auto below = [this](const QWidget &upper, const QWidget &lower) {
+        return placeOf(lower).top() - placeOf(upper).bottom() - 1;
+    };
+    EXPECT_EQ(below(*cards[0], button()), 14);
+    EXPECT_EQ(below(button(), *cards[1]), 14);
+    EXPECT_EQ(below(*cards[1], *cards[2]), 14);
+    EXPECT_EQ(below(*cards[2], *cards[4]), 10);
+    EXPECT_EQ(placeOf(*cards[3]).left() - placeOf(*cards[2]).right() - 1, 10);
+    for (std::size_t i = 2; i < cards.size(); ++i)
+        EXPECT_EQ(placeOf(onlyIn<SymbolLabel>(*cards[i])).size(), QSize(24, 24)) << i;
+}
+
 TEST_F(CenterDashboard, theTabsStandInTheirOrderWithTheirNumbers)
 {
     const std::vector<std::tuple<QString, int, QString>> expected{{"Dashboard", 0, "gauge.medium"},
@@ -267,8 +308,32 @@ TEST(QuenmarkLogo, isBuiltIn)
 
 TEST(QuenmarkLogo, theFirstFileThatHoldsAPictureCounts)
 {
-    EXPECT_TRUE(firstPicture({":/no-such.png", ":/quenmark-logo.png"}));
+    const QTemporaryDir folder;
+    const auto file = [&folder](const char *name) { return folder.filePath(name); };
+    const auto save = [&file](const char *name, Qt::GlobalColor color) {
+        QImage image(3, 3, QImage::Format_RGB32);
+        image.fill(color);
+        EXPECT_TRUE(image.save(file(name), "png"));
+    };
+    save("red.png", Qt::red);
+    save("blue.png", Qt::blue);
+    QFile broken(file("broken.png"));
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+    broken.write("no picture");
+    broken.close();
+    const auto colorOf = [](const QStringList &files) {
+        const auto picture = firstPicture(files);
+        return picture ? picture->pixelColor(1, 1) : QColor();
+    };
+    EXPECT_EQ(colorOf({file("red.png"), file("blue.png")}), QColor(Qt::red));
+    EXPECT_EQ(colorOf({file("blue.png"), file("red.png")}), QColor(Qt::blue));
+    EXPECT_EQ(colorOf({file("no-such.png"), file("broken.png"), file("blue.png"), file("red.png")}), QColor(Qt::blue));
     EXPECT_FALSE(firstPicture({":/no-such.png", "assets/no-such.png"}));
+}
+
+TEST(QuenmarkLogo, isSoughtInTheProgramFirstAndThenBesideItsSources)
+{
+    EXPECT_EQ(quenmarkLogoFiles(), (QStringList{":/quenmark-logo.png", "assets/quenmark-logo.png"}));
 }
 
 TEST(QuenmarkLogo, aShieldStandsInForIt)

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/ColorScheme.h"
+#include "tests/support/ColorSchemeFake.h"
 #include "tests/ui/CodeReader.h"
 #include "tests/ui/StreamWindow.h"
 #include "ui/kit/Theme.h"
@@ -27,13 +27,9 @@ struct CodeOnScreen : StreamWindow
 
     void setDark(bool dark)
     {
-        struct Said : ColorScheme
-        {
-            explicit Said(unsigned preference) : preference(preference) {}
-            void follow(Receive receive) override { receive(preference); }
-            unsigned preference;
-        } scheme(dark ? 1 : 2);
+        ChosenScheme scheme;
         window.followColorScheme(scheme);
+        scheme.choose(dark);
         settle();
         EXPECT_EQ(kit::isDark(window.palette()), dark);
     }

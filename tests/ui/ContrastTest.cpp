@@ -11,7 +11,7 @@
 #include <memory>
 #include <typeinfo>
 
-#include "platform/ColorScheme.h"
+#include "tests/support/ColorSchemeFake.h"
 #include "tests/ui/PaintedInk.h"
 #include "tests/ui/Scenes.h"
 #include "ui/kit/Builders.h"
@@ -21,6 +21,7 @@ namespace orvalen {
 namespace {
 
 using namespace kit;
+using test::ChosenScheme;
 using test::contrast;
 using test::Dashboard;
 using test::Ink;
@@ -98,12 +99,6 @@ std::optional<double> wanted(const Ink &ink)
     }
     return legible;
 }
-
-struct ChosenScheme : ColorScheme
-{
-    Receive receive;
-    void follow(Receive newReceive) override { receive = std::move(newReceive); }
-};
 
 struct Contrast : ::testing::Test, Dashboard
 {

@@ -1,6 +1,5 @@
 #include "tests/ui/Fit.h"
 
-#include <QAccessible>
 #include <QLayout>
 #include <QScrollBar>
 #include <QTextBoundaryFinder>
@@ -9,7 +8,7 @@
 
 #include <optional>
 
-#include "ui/kit/Builders.h"
+#include "tests/ui/Reading.h"
 #include "ui/kit/FocusRing.h"
 #include "ui/kit/ScrollArea.h"
 #include "ui/kit/TabButton.h"
@@ -40,11 +39,9 @@ std::string rectText(const QRect &rect)
     return QStringLiteral("%1,%2 %3x%4").arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height()).toStdString();
 }
 
-std::string nameOf(const QWidget &widget)
+std::string described(const QWidget &widget)
 {
-    auto *accessible = QAccessible::queryAccessibleInterface(const_cast<QWidget *>(&widget));
-    const auto name = accessible ? accessible->text(QAccessible::Name) : QString();
-    return widget.metaObject()->className() + (" \"" + name.toStdString() + "\" at ") + rectText(widget.geometry());
+    return widget.metaObject()->className() + (" \"" + nameOf(&widget) + "\" at ") + rectText(widget.geometry());
 }
 
 /// The first line of the text that ends in the middle of a word, or is too long.
@@ -85,7 +82,7 @@ public:
 private:
     void complain(const QWidget &widget, const std::string &what)
     {
-        found.push_back(nameOf(widget) + ": " + what + ", in a window of " + rectText(window.rect()));
+        found.push_back(described(widget) + ": " + what + ", in a window of " + rectText(window.rect()));
     }
 
     void inspect(const QWidget &widget)
@@ -116,7 +113,7 @@ private:
                 break; // those after it find it themselves
             if (other && other->isVisibleTo(&window) && !isOverlay(*other) &&
                 other->geometry().intersects(widget.geometry()))
-                complain(widget, "upon " + nameOf(*other));
+                complain(widget, "upon " + described(*other));
         }
     }
 

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include <QScrollBar>
-#include <QTest>
 #include <QWheelEvent>
 
 #include "tests/ui/Dashboard.h"
@@ -183,25 +182,6 @@ TEST_F(Layout, sideColumnsThatFitDoNotScroll)
             EXPECT_EQ(area->verticalScrollBar()->maximum(), 0);
         }
     }
-}
-
-TEST_F(Layout, theKeyboardBringsWhatItReachesIntoView)
-{
-    state.selectedTab = 4;
-    window.activateWindow();
-    resizeTo(815, 560);
-    QSet<QWidget *> reached;
-    for (;;) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        auto *control = QApplication::focusWidget();
-        if (reached.contains(control))
-            break;
-        reached.insert(control);
-        settle();
-        EXPECT_EQ(control->visibleRegion().boundingRect(), control->rect())
-            << static_cast<kit::Control *>(control)->label().toStdString();
-    }
-    EXPECT_GT(reached.size(), 15);
 }
 
 TEST_F(Layout, tabsStandSymbolAboveTitleWhereTheCentreIsNarrow)

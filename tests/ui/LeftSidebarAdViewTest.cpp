@@ -26,6 +26,7 @@ using test::Dashboard;
 using test::Lettering;
 using test::letteringOf;
 using test::onlyIn;
+using test::placeIn;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -52,10 +53,7 @@ struct LeftSidebar : ::testing::Test, Dashboard
         return cards;
     }
     [[nodiscard]] Card &socialCard() const { return *cardsOf(column()).back(); }
-    [[nodiscard]] QRect placeOf(const QWidget &widget) const
-    {
-        return {widget.mapTo(&column(), QPoint(0, 0)), widget.size()};
-    }
+    [[nodiscard]] QRect placeOf(const QWidget &widget) const { return placeIn(column(), widget); }
     [[nodiscard]] QColor pixel(const QWidget &widget, const QPoint &point)
     {
         return window.grab().toImage().pixelColor(widget.mapTo(&window, point));

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-#include "platform/ColorScheme.h"
+#include "tests/support/ColorSchemeFake.h"
 #include "tests/ui/Dashboard.h"
 #include "ui/CenterDashboardView.h"
 #include "ui/LeftSidebarAdView.h"
@@ -19,6 +19,7 @@
 namespace orvalen {
 namespace {
 
+using test::ChosenScheme;
 using test::Dashboard;
 
 struct Window : ::testing::Test, Dashboard
@@ -28,18 +29,6 @@ struct Window : ::testing::Test, Dashboard
     QWidget &left() const { return *window.findChild<LeftSidebarAdView *>(); }
     QWidget &centre() const { return *window.findChild<CenterDashboardView *>(); }
     QWidget &right() const { return *window.findChild<RightSidebarUtilityView *>(); }
-};
-
-/// Counts what is painted in the whole program.
-struct PaintCounter : QObject
-{
-    PaintCounter() { qApp->installEventFilter(this); }
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        count += event->type() == QEvent::Paint;
-        return false;
-    }
-    int count = 0;
 };
 
 TEST_F(Window, isNamedAfterTheProgramAndOpensAtItsUsualSize)
@@ -87,25 +76,6 @@ TEST_F(Window, changingTheTabLeavesTheSidebarsAlone)
     EXPECT_EQ(paints.count, 0);
 }
 
-TEST_F(Window, nothingIsPaintedWhereNothingChanges)
-{
-    machine.sensors.set(40.2, 40.0);
-    state.refreshTelemetry();
-    settle();
-    PaintCounter paints;
-    machine.world.advance(std::chrono::seconds(30));
-    state.smartModeEnabled = true;
-    state.selectedTab = 0;
-    state.warmupProgress = state.warmupProgress.value();
-    setBridge(40.24, state.thermalData.value().socTemp); // reads the same
-    settle();
-    EXPECT_EQ(paints.count, 0);
-
-    setBridge(40.3);
-    settle();
-    EXPECT_GT(paints.count, 0);
-}
-
 TEST_F(Window, closingItClosesItAndNothingElse)
 {
     EXPECT_TRUE(window.close());
@@ -125,10 +95,16 @@ TEST_F(Window, controlQQuits)
     EXPECT_EQ(QCoreApplication::exec(), 0);
 }
 
-struct ChosenScheme : ColorScheme
+/// Counts what is painted in the whole program.
+struct PaintCounter : QObject
 {
-    Receive receive;
-    void follow(Receive newReceive) override { receive = std::move(newReceive); }
+    PaintCounter() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+    int count = 0;
 };
 
 struct Themes : Window

@@ -16,7 +16,7 @@ using ::testing::Not;
 
 struct CloneTab : StreamWindow
 {
-    static const Badge &badge(const QWidget &card) { return only<Badge>(card); }
+    static const Badge &badge(const QWidget &card) { return onlyIn<Badge>(card); }
 };
 
 TEST_F(CloneTab, saysWhatItIsFor)
@@ -82,9 +82,9 @@ TEST_F(CloneTab, theBrowsersCardHasTheAddressesAndTheCodeOfARunningStream)
                             "Stop Stream", "(QR code)", "Scan with Phone",
                             "Open in Phone / Tablet Browser:", "http://192.168.1.20:8999", "Copy", "Open",
                             "Universal Bonjour (mDNS):", "http://macbook-air.local:8999", "Copy"));
-    EXPECT_EQ(only<QRCodeView>(tab()).accessibleDescription(), "http://192.168.1.20:8999");
+    EXPECT_EQ(onlyIn<QRCodeView>(tab()).accessibleDescription(), "http://192.168.1.20:8999");
     settle();
-    EXPECT_EQ(only<QRCodeView>(tab()).size(), QSize(116, 116)); // 100 and its margin
+    EXPECT_EQ(onlyIn<QRCodeView>(tab()).size(), QSize(116, 116)); // 100 and its margin
 
     const auto &universal = label(browserCard(), "Universal Bonjour (mDNS):");
     EXPECT_EQ(universal.type().size, 8);
@@ -104,7 +104,7 @@ TEST_F(CloneTab, theAddressesFollowThePortThatTheServerGot)
     const auto shown = words(browserCard());
     EXPECT_THAT(shown, Contains("http://192.168.1.20:9000"));
     EXPECT_THAT(shown, Contains("http://macbook-air.local:9000"));
-    EXPECT_EQ(only<QRCodeView>(tab()).accessibleDescription(), "http://192.168.1.20:9000");
+    EXPECT_EQ(onlyIn<QRCodeView>(tab()).accessibleDescription(), "http://192.168.1.20:9000");
     EXPECT_THAT(words(sidebar()), Contains("http://192.168.1.20:9000"));
 }
 

@@ -78,6 +78,19 @@ Widget &onlyIn(const QWidget &root)
     return *all.front();
 }
 
+/// Where a widget is in one that it is part of.
+inline QRect placeIn(const QWidget &root, const QWidget &widget)
+{
+    return {widget.mapTo(&root, QPoint()), widget.size()};
+}
+
+/// What a screen reader calls it.
+inline std::string nameOf(const QWidget *widget)
+{
+    const auto *interface = widget ? QAccessible::queryAccessibleInterface(const_cast<QWidget *>(widget)) : nullptr;
+    return interface ? interface->text(QAccessible::Name).toStdString() : std::string();
+}
+
 /// How a text is set.
 struct Lettering
 {

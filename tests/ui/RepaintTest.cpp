@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "tests/ui/Dashboard.h"
+#include "tests/ui/Reading.h"
 #include "ui/CenterDashboardView.h"
 #include "ui/DashboardHomeTab.h"
 #include "ui/DiagnosticsView.h"
@@ -112,10 +112,7 @@ struct Repaint : ::testing::Test, Dashboard
     [[nodiscard]] QWidget &left() const { return *window.findChild<LeftSidebarAdView *>(); }
     [[nodiscard]] QWidget &right() const { return *window.findChild<RightSidebarUtilityView *>(); }
 
-    [[nodiscard]] QRegion placeOf(const QWidget &widget) const
-    {
-        return QRect(widget.mapTo(&window, QPoint(0, 0)), widget.size());
-    }
+    [[nodiscard]] QRegion placeOf(const QWidget &widget) const { return test::placeIn(window, widget); }
     template <typename Widget>
     [[nodiscard]] const Widget &the(const QWidget &root) const
     {
@@ -242,6 +239,29 @@ TEST_F(Repaint, aValueThatStaysAsItIsPaintsNothingInAnyTab)
         settle();
         EXPECT_TRUE(work.painters.empty()) << tab << ": " << work.painters.front()->metaObject()->className();
         EXPECT_TRUE(work.moved.empty()) << tab;
+    }
+}
+
+TEST_F(Repaint, timeAndQuestionsThatBringNothingNewPaintNothing)
+{
+    webServer.isRunning = true;
+    for (const auto tab : {home, clone}) {
+        choose(tab);
+        state.refreshTelemetry();
+        const double soc = state.thermalData.value().socTemp;
+        settle();
+        Work work(window);
+        machine.world.advance(std::chrono::seconds(30));
+        webServer.refreshIPs();
+        settle();
+        setBridge(40.44, soc); // reads the same
+        settle();
+        EXPECT_TRUE(work.painters.empty()) << tab;
+        setBridge(40.5, soc);
+        webServer.serverPort = webServer.serverPort + 1;
+        webServer.refreshIPs();
+        settle();
+        EXPECT_FALSE(work.painters.empty()) << tab;
     }
 }
 

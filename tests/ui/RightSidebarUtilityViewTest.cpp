@@ -61,6 +61,17 @@ TEST_F(SideColumn, standsInTheOrderInWhichItIsRead)
     EXPECT_FALSE(below("USB CABLE (OFFLINE)", call(column())));
 }
 
+TEST_F(SideColumn, standsNineApartAndItsButtonTakesTheWholeWidth)
+{
+    const std::vector<const QWidget *> blocks{&cardAround(column(), "BLANK SCREEN HOTKEY:"), &call(column()),
+                                              &cardAround(column(), "USB CABLE (OFFLINE)"),
+                                              &cardAround(column(), "WI-FI / LOCAL MDNS")};
+    for (std::size_t i = 1; i < blocks.size(); ++i)
+        EXPECT_EQ(placeIn(column(), *blocks[i]).top() - placeIn(column(), *blocks[i - 1]).bottom() - 1, 9) << i;
+    EXPECT_EQ(placeIn(column(), call(column())).left(), 12);
+    EXPECT_EQ(call(column()).width(), 220 - 2 * 12);
+}
+
 TEST_F(SideColumn, saysAtOnceThatItNeedsNoNetwork)
 {
     const auto &heading = label(column(), "100% OFFLINE MIRROR");

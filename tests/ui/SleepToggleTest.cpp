@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "tests/ui/Dashboard.h"
+#include "tests/ui/Reading.h"
 #include "ui/CenterDashboardView.h"
 #include "ui/kit/FocusRing.h"
 #include "ui/kit/SymbolToggle.h"
@@ -31,7 +31,7 @@ struct SleepToggle : ::testing::Test, Dashboard
 
     SymbolToggle &cup() const { return *find<SymbolToggle>("Prevent sleep"); }
     QAccessibleInterface &accessible() const { return *QAccessible::queryAccessibleInterface(&cup()); }
-    QRect placeOf(const QWidget &widget) const { return {widget.mapTo(&window, QPoint(0, 0)), widget.size()}; }
+    QRect placeOf(const QWidget &widget) const { return test::placeIn(window, widget); }
 };
 
 TEST_F(SleepToggle, touchesNothingBeforeTheFirstPress)

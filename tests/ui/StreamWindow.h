@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tests/ui/Dashboard.h"
+#include "tests/ui/Reading.h"
 #include "ui/MultiCloneView.h"
 #include "ui/RightSidebarUtilityView.h"
 #include "ui/kit/Builders.h"
@@ -33,15 +34,6 @@ inline std::vector<std::string> words(const QWidget &root)
             found.emplace_back("(QR code)");
     }
     return found;
-}
-
-/// The one widget of that kind.
-template <typename Widget>
-Widget &only(const QWidget &root)
-{
-    const auto all = root.findChildren<Widget *>();
-    EXPECT_EQ(all.size(), 1);
-    return *all.front();
 }
 
 /// The label that shows this; the test cannot go on without.
@@ -114,7 +106,7 @@ struct StreamWindow : ::testing::Test, Dashboard
     [[nodiscard]] QWidget &sidecarCard() const { return cardAround(tab(), "Apple Sidecar / AirPlay USB Mirror"); }
     [[nodiscard]] QWidget &voiceCard() const { return cardAround(tab(), "Blind Voice Assistant (When 100% Black)"); }
 
-    static kit::CallToAction &call(const QWidget &root) { return only<kit::CallToAction>(root); }
+    static kit::CallToAction &call(const QWidget &root) { return onlyIn<kit::CallToAction>(root); }
 
     [[nodiscard]] int servers() const { return machine.processes.running(FakeMachine::streamServer); }
 

@@ -1,19 +1,14 @@
 #include <gtest/gtest.h>
 
-#include "platform/ColorScheme.h"
+#include "tests/support/ColorSchemeFake.h"
 #include "tests/ui/Situations.h"
 
 namespace orvalen {
 namespace {
 
+using test::ChosenScheme;
 using test::Dashboard;
 using test::situationsOf;
-
-struct ChosenScheme : ColorScheme
-{
-    Receive receive;
-    void follow(Receive newReceive) override { receive = std::move(newReceive); }
-};
 
 /// While it lives, the system's own palette is a dark or a light one.
 struct SystemPalette
@@ -35,7 +30,7 @@ struct ThemedWindow : SystemPalette, Dashboard
     }
     void choose(bool dark)
     {
-        scheme.receive(dark ? 1 : 2);
+        scheme.choose(dark);
         settle();
     }
     QImage pictureOf(int tab)

@@ -8,16 +8,10 @@
 #include <functional>
 #include <utility>
 
-#include "platform/ColorScheme.h"
+#include "tests/support/ColorSchemeFake.h"
 #include "tests/ui/Dashboard.h"
 
 namespace {
-
-struct ChosenScheme : orvalen::ColorScheme
-{
-    Receive receive;
-    void follow(Receive newReceive) override { receive = std::move(newReceive); }
-};
 
 using orvalen::test::Dashboard;
 
@@ -61,11 +55,11 @@ int main(int argc, char *argv[])
     QApplication::setFont(font);
 
     orvalen::test::Dashboard dashboard;
-    ChosenScheme scheme;
+    orvalen::test::ChosenScheme scheme;
     dashboard.window.followColorScheme(scheme);
     dashboard.show();
     for (const bool dark : {false, true}) {
-        scheme.receive(dark ? 1 : 2);
+        scheme.choose(dark);
         for (const bool warming : {false, true}) {
             for (const int width : {815, 1000, 1600}) {
                 dashboard.machine.sensors.set(warming ? 37.8 : 40.4);
@@ -93,7 +87,7 @@ int main(int argc, char *argv[])
 
     dashboard.state.selectedTab = 4;
     for (const bool dark : {false, true}) {
-        scheme.receive(dark ? 1 : 2);
+        scheme.choose(dark);
         for (const auto &[stage, show] : stages) {
             show(dashboard);
             dashboard.settle();
@@ -113,7 +107,7 @@ int main(int argc, char *argv[])
         dashboard.state.selectedTab = tag;
         dashboard.state.reportStatus = "Saved to Desktop & Opened in Safari!";
         for (const bool dark : {false, true}) {
-            scheme.receive(dark ? 1 : 2);
+            scheme.choose(dark);
             for (const auto &[width, height] : {std::pair{815, 560}, {1000, 680}, {1600, 840}}) {
                 dashboard.window.resize(width, height);
                 dashboard.settle();
