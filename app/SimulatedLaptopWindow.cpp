@@ -135,7 +135,7 @@ QWidget *SimulatedLaptopWindow::userCard()
 {
     const auto comeOrGo = smallButton({}, [this] { controls.isUserAway = !controls.isUserAway; });
     Live<bool>(controls.isUserAway).follow(*comeOrGo, [button = comeOrGo.operator SmallButton *()](bool away) {
-        button->setText(away ? tr("Come back") : tr("Walk away"));
+        button->setLabel(away ? tr("Come back") : tr("Walk away"));
     });
     return card({hStack({
         filling(

@@ -142,7 +142,7 @@ QWidget *CenterDashboardView::makeTab(int tag)
 {
     switch (tag) {
     case homeTab:
-        return new DashboardHomeTab(state);
+        return dashboardHomeTab();
     case diagnosticsTab:
         return new DiagnosticsView(state, services.report);
     case toolsTab:
@@ -154,6 +154,11 @@ QWidget *CenterDashboardView::makeTab(int tag)
     default:
         return nullptr;
     }
+}
+
+QWidget *CenterDashboardView::dashboardHomeTab()
+{
+    return new DashboardHomeTab(state);
 }
 
 } // namespace orvalen

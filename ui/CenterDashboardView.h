@@ -33,6 +33,7 @@ private:
 
     void showTab(int tag);
     QWidget *makeTab(int tag);
+    QWidget *dashboardHomeTab();
     void continueOrder(const QWidget &tab);
 
     WindowServices services;

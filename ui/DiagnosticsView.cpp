@@ -38,7 +38,8 @@ QWidget *DiagnosticsView::reportCard()
                         .spacing(1),
                     callToAction(tr("Generate Technician Diagnostic Report"), [this] { writeReport(); })
                         .symbol("doc.text.fill")
-                        .color(accent::indigo),
+                        .color(accent::indigo)
+                        .weight(QFont::Bold),
                     reportStatus(),
                 })
         .tint(accent::indigo, 8)

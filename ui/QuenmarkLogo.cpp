@@ -23,12 +23,18 @@ protected:
     void paintEvent(QPaintEvent *) override
     {
         QPainter painter(this);
-        const auto pixels = size() * devicePixelRatioF();
-        painter.drawImage(rect(), image.scaled(pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+        const double scale = devicePixelRatioF();
+        const auto pixels = image.size().scaled(size() * scale, Qt::KeepAspectRatio);
+        if (scaled.size() != pixels)
+            scaled = image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        QRectF place(QPointF(), QSizeF(pixels) / scale);
+        place.moveCenter(QRectF(rect()).center());
+        painter.drawImage(place, scaled);
     }
 
 private:
     QImage image;
+    QImage scaled; // to the pixels that it takes up
 };
 
 } // namespace

@@ -21,7 +21,7 @@ private:
     QWidget *targetTemperatureCard();
     QWidget *idleTimeoutCard();
     QWidget *aboutCard();
-    static QWidget *sliderCard(const QString &title, Published<double> &setting, const kit::SliderScale &scale,
+    static QWidget *sliderCard(const QString &heading, Published<double> &setting, const kit::SliderScale &scale,
                                const kit::Live<QString> &value, const kit::Accent &color, const QString &explanation);
     QWidget *siteLink(const QString &icon, std::string_view url);
 

@@ -214,6 +214,15 @@ TEST_P(EveryScene, everyControlHasANameARoleAndASizeToHit)
     }
 }
 
+// An "&" in its words is a word.
+TEST_P(EveryScene, noControlTakesAKeyForItself)
+{
+    onEveryTab([&](int) {
+        for (const auto *button : window.findChildren<QAbstractButton *>())
+            EXPECT_TRUE(button->shortcut().isEmpty()) << button->shortcut().toString().toStdString();
+    });
+}
+
 // Not even by their names: what stands around tells two buttons "Copy" apart as well.
 TEST_P(EveryScene, noTwoControlsSayTheSame)
 {
@@ -318,6 +327,29 @@ TEST_F(Announcements, aNewStateIsSaidOnceEachTime)
     EXPECT_THAT(taken(), IsEmpty());
     setBridge(39.0);
     EXPECT_THAT(taken(), ElementsAre("STANDBY"));
+}
+
+TEST_F(Announcements, aCapsuleThatFollowsSomethingIsSaidWhereItIsSeen)
+{
+    const auto noteWhatBadgesSay = [this] {
+        for (auto *badge : centre().findChildren<Badge *>()) {
+            QObject::connect(badge, &Badge::announced, &window,
+                             [this](const QString &word) { diary.push_back(word.toStdString()); });
+        }
+    };
+    state.selectedTab = 4;
+    settle();
+    noteWhatBadgesSay();
+    EXPECT_THAT(taken(), IsEmpty());
+    webServer.isRunning = true;
+    EXPECT_THAT(taken(), ElementsAre("ONLINE"));
+    test::withPhone(*this);
+    EXPECT_THAT(taken(), ElementsAre("CONNECTED"));
+    test::plain(*this);
+    EXPECT_THAT(taken(), ElementsAre("100% OFFLINE"));
+    state.selectedTab = 0;
+    webServer.isRunning = false;
+    EXPECT_THAT(taken(), IsEmpty());
 }
 
 TEST_F(Announcements, progressIsSaidByQuarters)

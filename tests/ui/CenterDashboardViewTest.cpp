@@ -336,6 +336,26 @@ TEST(QuenmarkLogo, isSoughtInTheProgramFirstAndThenBesideItsSources)
     EXPECT_EQ(quenmarkLogoFiles(), (QStringList{":/quenmark-logo.png", "assets/quenmark-logo.png"}));
 }
 
+TEST(QuenmarkLogo, keepsItsShapeInTheMiddleOfTheSquare)
+{
+    QImage wide(40, 20, QImage::Format_RGB32);
+    wide.fill(Qt::red);
+    const std::unique_ptr<QWidget> view(logoView(wide, 28));
+    view->resize(28, 28);
+    for (int time = 0; time < 2; ++time) {
+        const auto drawn = view->grab().toImage();
+        const double scale = drawn.devicePixelRatio();
+        const auto colourAt = [&](int x, int y) {
+            return drawn.pixelColor(static_cast<int>(x * scale), static_cast<int>(y * scale));
+        };
+        EXPECT_EQ(colourAt(14, 14), QColor(Qt::red));
+        EXPECT_EQ(colourAt(2, 9), QColor(Qt::red));
+        EXPECT_EQ(colourAt(25, 18), QColor(Qt::red));
+        EXPECT_NE(colourAt(14, 3), QColor(Qt::red));
+        EXPECT_NE(colourAt(14, 24), QColor(Qt::red));
+    }
+}
+
 TEST(QuenmarkLogo, aShieldStandsInForIt)
 {
     const std::unique_ptr<QWidget> view(logoView(std::nullopt, 28));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <limits>
 
 #include "ui/kit/Formats.h"
 
@@ -112,6 +113,7 @@ TEST(Formats, aWholePartIsCutOff)
 {
     EXPECT_EQ(kit::wholePart(9.9), "9");
     EXPECT_EQ(kit::wholePart(-0.5), "0");
+    EXPECT_EQ(kit::wholePart(std::numeric_limits<double>::quiet_NaN()), "0");
     EXPECT_EQ(kit::wholePart(100.0), "100");
 }
 

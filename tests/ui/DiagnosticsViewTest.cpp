@@ -98,6 +98,7 @@ TEST_F(Diagnostics, areSetInTheStatedTypeAndColours)
     EXPECT_EQ(setAs("• Completely dark: T-CON / eDP display data line is open when cold."), line);
     EXPECT_EQ(setAs("⚠️ Safety Precaution"), (Lettering{12, QFont::DemiBold, accent::orange.ink}));
     EXPECT_EQ(button().accent(), accent::indigo);
+    EXPECT_EQ(button().type().weight, QFont::Bold);
 
     std::vector<Shade> marks;
     for (const auto *symbol : cardsOf(tab())[1]->findChildren<SymbolLabel *>())
@@ -239,6 +240,9 @@ TEST_F(Diagnostics, aStatusIsSaidByReadersOnceItShows)
     press();
     settle();
     EXPECT_THAT(said, ElementsAre(saved.toStdString(), failed.toStdString()));
+    press();
+    settle();
+    EXPECT_THAT(said, ElementsAre(saved.toStdString(), failed.toStdString(), failed.toStdString()));
 }
 
 TEST_F(Diagnostics, whatIsShownFromTheStartIsNoWindowOfItsOwn)

@@ -431,6 +431,40 @@ TEST_F(Keyboard, aPressOfThePointerMovesNothingAway)
     EXPECT_EQ(machine.urls.opened.size(), 1u);
 }
 
+TEST_F(Keyboard, aLookAtAnotherWindowScrollsNothing)
+{
+    state.selectedTab = 2;
+    window.resize(815, 560);
+    settle();
+    auto *link = find<LinkLabel>("See our services ↗");
+    auto *area = window.findChild<CenterDashboardView *>()->findChildren<ScrollArea *>().back();
+    ASSERT_TRUE(area->isAncestorOf(link));
+    link->setFocus(Qt::TabFocusReason);
+    settle();
+    auto *bar = area->verticalScrollBar();
+    ASSERT_GT(bar->value(), 0);
+    bar->setValue(0);
+    Q_EMIT qApp->focusChanged(link, nullptr);
+    Q_EMIT qApp->focusChanged(nullptr, link);
+    EXPECT_EQ(bar->value(), 0);
+    find("Settings")->setFocus(Qt::TabFocusReason);
+    link->setFocus(Qt::TabFocusReason); // this time it does come to it
+    EXPECT_GT(bar->value(), 0);
+}
+
+TEST_F(Keyboard, arrowsWithAnotherKeyAreLeftToOthers)
+{
+    auto *tab = find("Dashboard");
+    for (const auto modifier : {Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier}) {
+        tab->setFocus(Qt::TabFocusReason);
+        press(Qt::Key_Right, modifier);
+        EXPECT_EQ(state.selectedTab, 0);
+    }
+    tab->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Right, Qt::KeypadModifier);
+    EXPECT_EQ(state.selectedTab, 4);
+}
+
 TEST_F(Keyboard, itsRingIsSeenAfterKeyboardUseOnly)
 {
     find("Settings")->setFocus();

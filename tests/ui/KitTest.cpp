@@ -11,6 +11,7 @@
 #include "ui/kit/Builders.h"
 #include "ui/kit/ScrollArea.h"
 #include "ui/kit/Symbols.h"
+#include "ui/kit/TabButton.h"
 #include "ui/kit/TextLine.h"
 #include "ui/kit/Theme.h"
 
@@ -156,6 +157,15 @@ TEST(TextLine, aSignLeavesTheLettersAlone)
     EXPECT_EQ(formats[1].length, 2);
 }
 
+TEST(TextLine, aSignOfLettersAsksToBeAPicture)
+{
+    const QFont font("Inter");
+    const auto formats = pictureFormats("\u00a9 \u00a9\ufe0f", font);
+    ASSERT_EQ(formats.size(), 1);
+    EXPECT_EQ(formats[0].start, 2);
+    EXPECT_EQ(formats[0].length, 2);
+}
+
 const QStringList symbols{"shield.lefthalf.filled",
                           "flame.fill",
                           "waveform.path.ecg",
@@ -263,6 +273,24 @@ TEST_F(Motion, coloursFadeWhereThingsMayMove)
     EXPECT_TRUE(QTest::qWaitFor([this] { return dotNow() == accent::green.vivid.in(window); }));
 }
 
+TEST_F(Motion, aBadgeThatIsNoStateJumps)
+{
+    test::allowMotion(true);
+    const std::unique_ptr<Badge> badge(capsule("word", accent::green));
+    badge->show();
+    settle();
+    const auto ground = [&] { return badge->grab().toImage().pixelColor(badge->width() / 2, 1); };
+    const auto green = ground();
+    badge->setAccent(accent::red);
+    const auto red = ground();
+    EXPECT_NE(red, green);
+    test::allowMotion(false);
+    const std::unique_ptr<Badge> other(capsule("word", accent::red));
+    other->show();
+    settle();
+    EXPECT_EQ(red, other->grab().toImage().pixelColor(other->width() / 2, 1));
+}
+
 TEST_F(Motion, theKnobEndsWhereItBelongsEitherWay)
 {
     show();
@@ -275,6 +303,92 @@ TEST_F(Motion, theKnobEndsWhereItBelongsEitherWay)
     state.smartModeEnabled = true;
     EXPECT_NE(toggle->grab().toImage(), still);
     EXPECT_TRUE(QTest::qWaitFor([&] { return toggle->grab().toImage() == still; }));
+}
+
+TEST(Control, isFaintAndDeafToThePointerWhileItIsDisabled)
+{
+    Lamp lamp;
+    const std::unique_ptr<Control> controls[] = {
+        std::unique_ptr<Control>(callToAction("press", [] {})),
+        std::unique_ptr<Control>(link("follow", [] {})),
+        std::unique_ptr<Control>(smallButton("press", [] {})),
+        std::unique_ptr<Control>(rowButton({"display", "arrow.up.right"}, "go", [] {})),
+        std::unique_ptr<Control>(toggle(lamp.isOn, "switch")),
+        std::unique_ptr<Control>(symbolToggle({"wifi.slash", "wifi"}, "switch", lamp.isOn, [] {})),
+        std::make_unique<TabButton>("Tab", "display"),
+    };
+    for (const auto &control : controls) {
+        const auto look = [&](bool isEnabled, bool isUnderMouse) {
+            control->setEnabled(isEnabled);
+            control->setAttribute(Qt::WA_UnderMouse, isUnderMouse);
+            return control->grab().toImage();
+        };
+        const auto *name = control->metaObject()->className();
+        control->resize(control->sizeHint());
+        EXPECT_NE(look(false, false), look(true, false)) << name;
+        EXPECT_EQ(look(false, true), look(false, false)) << name;
+        if (!qobject_cast<Toggle *>(control.get())) {
+            EXPECT_NE(look(true, true), look(true, false)) << name;
+        }
+    }
+}
+
+TEST(CallToAction, isPaintedAnewInAnotherSize)
+{
+    const std::unique_ptr<CallToAction> button(callToAction("press", [] {}));
+    button->resize(200, 38);
+    button->show();
+    Dashboard::settle();
+    const auto paintsAfter = [&](const std::function<void()> &change) {
+        struct : QObject
+        {
+            bool eventFilter(QObject *, QEvent *event) override
+            {
+                count += event->type() == QEvent::Paint;
+                return false;
+            }
+            int count = 0;
+        } paints;
+        button->installEventFilter(&paints);
+        change();
+        Dashboard::settle();
+        return paints.count;
+    };
+    EXPECT_GT(paintsAfter([&] { button->setTextSize(15); }), 0);
+    EXPECT_EQ(paintsAfter([&] { button->setTextSize(15); }), 0);
+    EXPECT_GT(paintsAfter([&] { button->setTextWeight(QFont::Bold); }), 0);
+    EXPECT_EQ(paintsAfter([&] { button->setTextWeight(QFont::Bold); }), 0);
+}
+
+TEST(ScrollArea, itsBarGoesToTheOtherSideWithTheReading)
+{
+    auto *content = new QWidget;
+    content->setMinimumHeight(500);
+    ScrollArea area(content);
+    area.resize(300, 200);
+    area.show();
+    Dashboard::settle();
+    const auto barAt = [&] {
+        for (const auto *bar : area.findChildren<QScrollBar *>()) {
+            if (bar->isVisible())
+                return bar->x();
+        }
+        return -1;
+    };
+    EXPECT_EQ(barAt(), 292);
+    area.setLayoutDirection(Qt::RightToLeft);
+    EXPECT_EQ(barAt(), 0);
+    area.setLayoutDirection(Qt::LeftToRight);
+    EXPECT_EQ(barAt(), 292);
+}
+
+TEST(ScrollArea, followsNothingBeforeItIsLaidOut)
+{
+    auto *content = new QWidget;
+    auto *inside = new QWidget(content);
+    const ScrollArea area(content);
+    Q_EMIT qApp->focusChanged(nullptr, inside);
+    EXPECT_FALSE(area.widget());
 }
 
 TEST(ScrollArea, contentTooHighScrollsUnderASlimBar)

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
 #include <vector>
 
 namespace orvalen::kit {
@@ -27,6 +28,17 @@ TEST(SliderScale, itsPlacesAreStepsFromTheLowerEnd)
     EXPECT_THAT(climbed(minutes), ElementsAre(1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0, 9.0, 10.0));
     EXPECT_EQ(degrees.steps(), 12);
     EXPECT_EQ(minutes.steps(), 9);
+}
+
+TEST(SliderScale, whatIsNoNumberIsAtTheLowerEnd)
+{
+    constexpr auto none = std::numeric_limits<double>::quiet_NaN();
+    constexpr auto infinite = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(degrees.fraction(none), 0.0);
+    EXPECT_EQ(degrees.nearest(none), 38.0);
+    EXPECT_EQ(degrees.moved(none, 1), 38.0);
+    EXPECT_EQ(degrees.fraction(infinite), 1.0); // beyond the upper end
+    EXPECT_EQ(degrees.fraction(-infinite), 0.0);
 }
 
 TEST(SliderScale, theNearestPlace)

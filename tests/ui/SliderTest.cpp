@@ -206,6 +206,32 @@ TEST_F(SliderOf, aDragTakesTheKnobAlongAsItWasHeld)
     EXPECT_THAT(taken(), ElementsAre(41.0, 39.5));
 }
 
+TEST_F(SliderOf, aHandThatIsNotQuiteStillDragsNothing)
+{
+    setting.value = 45.3; // the next place is not where it stands
+    taken();
+    hold(place(12));
+    moveTo(place(12) + QPoint(1, 1));
+    moveTo(place(12) - QPoint(QApplication::startDragDistance() - 1, 0));
+    release(place(12));
+    EXPECT_THAT(taken(), IsEmpty());
+    EXPECT_EQ(setting.value, 45.3);
+
+    hold(place(6) + QPoint(9, 0));
+    moveTo(place(6) + QPoint(11, 0)); // nearer to the next one
+    release(place(6) + QPoint(11, 0));
+    EXPECT_THAT(taken(), ElementsAre(41.0));
+}
+
+TEST_F(SliderOf, aDragThatHasBegunGoesBackToWhereItBegan)
+{
+    hold(place(4));
+    moveTo(place(6));
+    moveTo(place(4));
+    release(place(4));
+    EXPECT_THAT(taken(), ElementsAre(41.0, 40.0));
+}
+
 TEST_F(SliderOf, aDragVisitsEveryPlace)
 {
     hold(place(4));
@@ -268,6 +294,60 @@ TEST_F(SliderOf, partsOfANotchAddUp)
     for (int i = 0; i < 9; ++i)
         turnWheel({0, 40});
     EXPECT_THAT(taken(), ElementsAre(40.5, 41.0, 41.5));
+}
+
+TEST_F(SliderOf, aPartOfANotchIsForgotten)
+{
+    slider->setFocus();
+    turnWheel({0, 80});
+    turnWheel({0, -80}); // the other way
+    turnWheel({0, -40});
+    EXPECT_THAT(taken(), ElementsAre(39.5));
+    turnWheel({0, 80});
+    other->setFocus();
+    slider->setFocus();
+    turnWheel({0, 80});
+    EXPECT_THAT(taken(), IsEmpty());
+}
+
+TEST_F(SliderOf, keysWithAnotherKeyAreLeftToOthers)
+{
+    slider->setFocus();
+    for (const auto modifier : {Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier}) {
+        QKeyEvent event(QEvent::KeyPress, Qt::Key_Home, modifier);
+        QApplication::sendEvent(slider, &event);
+        EXPECT_FALSE(event.isAccepted());
+    }
+    EXPECT_THAT(taken(), IsEmpty());
+    QTest::keyClick(slider, Qt::Key_Home, Qt::KeypadModifier);
+    EXPECT_THAT(taken(), ElementsAre(38.0));
+}
+
+/// How often something is painted.
+struct Paints : QObject
+{
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+    int count = 0;
+};
+
+TEST_F(SliderOf, whatIsNoNumberIsShownAtTheStartAndPaintedOnce)
+{
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    setting.value = none;
+    EXPECT_NEAR(knobX(), place(0).x(), 1);
+    Dashboard::settle();
+    Paints paints;
+    slider->installEventFilter(&paints);
+    setting.value = none;
+    Dashboard::settle();
+    EXPECT_EQ(paints.count, 0);
+    taken();
+    press(Qt::Key_Right); // and there is a way out
+    EXPECT_THAT(taken(), ElementsAre(38.0));
 }
 
 TEST_F(SliderOf, aWheelToTheSideMovesTheKnobToThatSide)

@@ -4,6 +4,7 @@
 #include <QAccessibleWidget>
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "ui/kit/Control.h"
@@ -164,7 +165,12 @@ public:
     QVariant minimumValue() const override { return slider.scale().from; }
     QVariant maximumValue() const override { return slider.scale().to; }
     QVariant minimumStepSize() const override { return slider.scale().step; }
-    void setCurrentValue(const QVariant &value) override { slider.choose(slider.scale().nearest(value.toDouble())); }
+    void setCurrentValue(const QVariant &value) override
+    {
+        const double wanted = value.toDouble();
+        if (!std::isnan(wanted))
+            slider.choose(slider.scale().nearest(wanted));
+    }
 
     QStringList actionNames() const override
     {
@@ -221,6 +227,14 @@ void announceName(QWidget &widget)
 void announceValue(QWidget &widget, double value)
 {
     QAccessibleValueChangeEvent event(&widget, value);
+    QAccessible::updateAccessibility(&event);
+}
+
+void announceSelected(QWidget &tab)
+{
+    QAccessible::State changed;
+    changed.selected = true;
+    QAccessibleStateChangeEvent event(&tab, changed);
     QAccessible::updateAccessibility(&event);
 }
 

@@ -16,6 +16,9 @@ void announceName(QWidget &widget);
 /// Tells them that a slider stands elsewhere.
 void announceValue(QWidget &widget, double value);
 
+/// Tells them that a tab is or is no longer the one selected.
+void announceSelected(QWidget &tab);
+
 /// As announceName, and asks for it to be said at once.
 void announceAlert(QWidget &widget);
 

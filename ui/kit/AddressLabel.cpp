@@ -22,6 +22,8 @@ AddressLabel::AddressLabel(QWidget *parent) : QLineEdit(parent)
     setTextMargins(-toolkitsMargin, 0, -toolkitsMargin, 0);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     setFocusPolicy(Qt::ClickFocus); // on the way from control to control there is the button that copies
+    if (parentWidget())
+        parentWidget()->installEventFilter(this);
     alignToReading();
     applyFont();
     applyShade();
@@ -99,6 +101,10 @@ bool AddressLabel::event(QEvent *event)
 {
     const bool result = QLineEdit::event(event);
     switch (event->type()) {
+    case QEvent::ParentAboutToChange:
+        if (parentWidget())
+            parentWidget()->removeEventFilter(this);
+        break;
     case QEvent::ParentChange:
         applyFont();
         if (parentWidget())

@@ -32,7 +32,7 @@ void Badge::setWord(const QString &word)
         return;
     setText(word);
     updateGeometry();
-    if (style.isStatus)
+    if (style.isAnnounced)
         announceLater();
 }
 
@@ -41,8 +41,13 @@ void Badge::setAccent(const Accent &accent)
     if (color == accent)
         return;
     color = accent;
-    vivid.set(color.vivid);
-    ink.set(color.ink);
+    if (style.isStatus) {
+        vivid.set(color.vivid);
+        ink.set(color.ink);
+    } else {
+        vivid.jumpTo(color.vivid);
+        ink.jumpTo(color.ink);
+    }
 }
 
 // Several values change one after another when a warm-up ends; only where they arrive is worth a word.
@@ -55,7 +60,7 @@ void Badge::announceLater()
         [this] {
             announcing = false;
             const auto before = std::exchange(lastAnnounced, text());
-            if (before.isEmpty() || before == text())
+            if (before.isEmpty() || before == text() || !isVisible())
                 return;
             announceAlert(*this);
             Q_EMIT announced(text());

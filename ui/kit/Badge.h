@@ -19,7 +19,8 @@ public:
         int tint = 12;   ///< Per cent of the accent's vivid tone.
         int radius = -1; ///< Negative: a capsule.
         QSize padding{11, 5};
-        bool isStatus = false; ///< Has a dot, fades, and a change of its word is said to screen readers.
+        bool isStatus = false;    ///< Has a dot, and fades.
+        bool isAnnounced = false; ///< A change of its word while it is seen is said to screen readers.
     };
 
     explicit Badge(const Style &style, QWidget *parent = nullptr);

@@ -193,12 +193,6 @@ Text Text::wrapped() const
     return *this;
 }
 
-Text Text::elided(Qt::TextElideMode mode) const
-{
-    widget->setElided(mode);
-    return *this;
-}
-
 Text Text::announced() const
 {
     widget->setAnnounced();
@@ -265,12 +259,6 @@ Built<AddressRow> addressRow(AddressLabel *address, std::vector<QWidget *> butto
 Symbol Symbol::color(const Live<Accent> &accent) const
 {
     accent.follow(*widget, [label = widget](const Accent &value) { label->setAccent(value); });
-    return *this;
-}
-
-Symbol Symbol::shade(const Shade &shade) const
-{
-    widget->setShade(shade);
     return *this;
 }
 
@@ -379,6 +367,12 @@ Call Call::textSize(int pixels) const
     return *this;
 }
 
+Call Call::weight(int weight) const
+{
+    widget->setTextWeight(weight);
+    return *this;
+}
+
 Call Call::dot(const Live<Shade> &shade, const Live<QString> &meaning) const
 {
     shade.follow(*widget, [button = widget](const Shade &value) { button->setDot(value); });
@@ -409,7 +403,7 @@ Small Small::about(const Live<QString> &what) const
 Small smallButton(const QString &label, Action action)
 {
     auto *button = new SmallButton;
-    button->setText(label);
+    button->setLabel(label);
     onPress(button, std::move(action));
     return Small(button);
 }
@@ -483,14 +477,16 @@ Built<SymbolToggle> symbolToggle(const SymbolToggle::Symbols &symbols, const QSt
 
 Built<Badge> statusBadge(const Live<QString> &word, const Live<Accent> &accent)
 {
-    return Built(badge({.isStatus = true}, word, accent));
+    return Built(badge({.isStatus = true, .isAnnounced = true}, word, accent));
 }
 
 Built<Badge> capsule(const Live<QString> &word, const Live<Accent> &accent, int size, int tint)
 {
-    return Built(
-        badge({.type = {.size = size, .weight = QFont::Bold, .capitals = true}, .tint = tint, .padding = {7, 2}}, word,
-              accent));
+    return Built(badge({.type = {.size = size, .weight = QFont::Bold, .capitals = true},
+                        .tint = tint,
+                        .padding = {7, 2},
+                        .isAnnounced = true},
+                       word, accent));
 }
 
 Built<Disc> dot(int side, const Live<Accent> &accent)

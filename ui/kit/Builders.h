@@ -111,8 +111,7 @@ public:
     Text color(const Accent &accent) const { return color(accent.ink); }
     Text centred() const;
     Text wrapped() const;
-    Text elided(Qt::TextElideMode mode = Qt::ElideRight) const;
-    Text announced() const; ///< Said by screen readers when it changes.
+    Text announced() const; ///< Said by screen readers each time that it is published.
 };
 
 Text text(const Live<QString> &content);    ///< 12 px.
@@ -140,7 +139,6 @@ class Symbol : public Built<SymbolLabel>
 public:
     using Built<SymbolLabel>::Built;
     Symbol color(const Live<Accent> &accent) const;
-    Symbol shade(const Shade &shade) const;
 };
 
 Symbol symbol(const Live<QString> &name, int size);
@@ -170,6 +168,7 @@ public:
     Call color(const Live<Accent> &accent) const;
     Call progress(const Live<std::optional<double>> &fraction) const;
     Call textSize(int pixels) const;
+    Call weight(int weight) const;
     Call dot(const Live<Shade> &shade, const Live<QString> &meaning) const; ///< The meaning is for screen readers.
 };
 
@@ -220,7 +219,7 @@ Built<SymbolToggle> symbolToggle(const SymbolToggle::Symbols &symbols, const QSt
 /// A state in a word: with a dot, and said by screen readers when it changes.
 Built<Badge> statusBadge(const Live<QString> &word, const Live<Accent> &accent);
 
-/// A word in a capsule, on that per cent of the vivid tone.
+/// A word in a capsule, on that per cent of the vivid tone. Said by screen readers when it changes.
 Built<Badge> capsule(const Live<QString> &word, const Live<Accent> &accent, int size = 8, int tint = 15);
 
 Built<Disc> dot(int side, const Live<Accent> &accent);          ///< In its vivid tone.

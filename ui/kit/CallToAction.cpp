@@ -88,8 +88,20 @@ void CallToAction::setProgress(std::optional<double> newProgress)
 
 void CallToAction::setTextSize(int size)
 {
+    if (textSize == size)
+        return;
     textSize = size;
     updateGeometry();
+    update();
+}
+
+void CallToAction::setTextWeight(int weight)
+{
+    if (textWeight == weight)
+        return;
+    textWeight = weight;
+    updateGeometry();
+    update();
 }
 
 // A label that counts would never let a screen reader come to rest: while something is under way it is announced at
@@ -158,13 +170,12 @@ void CallToAction::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        painter.setOpacity(0.45);
+    fadeWhereDisabled(painter);
 
     auto fill = color.solid.in(*this);
     if (isDown())
         fill = over(QColor(0, 0, 0, 20), fill);
-    else if (underMouse() && isEnabled())
+    else if (isHovered())
         fill = over(QColor(255, 255, 255, 15), fill);
     // What is still to come is darker, rather than what is done lighter: white text stays legible on both.
     paintRounded(painter, rect(), radius, progress ? over(QColor(0, 0, 0, 41), fill) : fill);

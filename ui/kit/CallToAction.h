@@ -26,12 +26,13 @@ public:
     void setAccent(const Accent &accent);
     void setProgress(std::optional<double> progress); ///< 0 to 1, none: nothing is under way.
     void setTextSize(int size);
+    void setTextWeight(int weight);
 
     [[nodiscard]] QString label() const override { return text; }
     [[nodiscard]] const QString &symbol() const { return symbolName; }
     [[nodiscard]] const std::optional<Shade> &dot() const { return dotShade; }
     [[nodiscard]] const Accent &accent() const { return color; }
-    [[nodiscard]] Type type() const { return {.size = textSize, .weight = QFont::DemiBold}; }
+    [[nodiscard]] Type type() const { return {.size = textSize, .weight = textWeight}; }
     [[nodiscard]] Outline outline() const override { return {rect(), radius}; }
     [[nodiscard]] Shadow shadow() const override;
 
@@ -60,6 +61,7 @@ private:
     std::optional<Shade> dotShade;
     Accent color = accent::blue;
     int textSize = 12;
+    int textWeight = QFont::DemiBold;
     std::optional<double> progress;
     QString lastAnnounced;
     bool announcing = false;

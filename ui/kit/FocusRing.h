@@ -8,7 +8,8 @@
 namespace orvalen::kit {
 
 /// The ring around the control that has the keyboard. Appears when the keyboard is used to move about, goes when the
-/// pointer is used. One per window.
+/// pointer is used. One per window. It lies in whatever scrolls with that control, which therefore has to live as long
+/// as the window.
 class FocusRing : public QWidget
 {
     Q_OBJECT

@@ -1,5 +1,6 @@
 #include "ui/kit/Formats.h"
 
+#include <cmath>
 #include <limits>
 
 #include "core/Decimals.h"
@@ -13,6 +14,8 @@ QString oneDecimal(double value)
 
 QString wholePart(double value)
 {
+    if (std::isnan(value))
+        return QString::number(0);
     using Limits = std::numeric_limits<qlonglong>;
     constexpr double beyond = -static_cast<double>(Limits::min()); // a power of two: exact
     if (value >= beyond)

@@ -94,16 +94,22 @@ void LinkLabel::setLeadingSymbol(const QString &symbol)
 
 void LinkLabel::setTextAtTop(bool atTop)
 {
+    if (isTextAtTop == atTop)
+        return;
     isTextAtTop = atTop;
     update();
 }
 
 void LinkLabel::setWraps(bool newWraps)
 {
+    if (wraps == newWraps)
+        return;
     wraps = newWraps;
     auto policy = sizePolicy();
     policy.setHeightForWidth(wraps);
     setSizePolicy(policy);
+    updateGeometry();
+    update();
 }
 
 int LinkLabel::symbolSize() const
@@ -160,7 +166,7 @@ QRect LinkLabel::textPlace() const
 void LinkLabel::paintEvent(QPaintEvent *)
 {
     auto font = type.font(*this);
-    font.setUnderline(underMouse() || hasFocus());
+    font.setUnderline(isHovered() || hasFocus());
     const auto shade = color.in(*this);
     const auto place = textPlace();
     const auto within = [&](const QRect &part) { return QStyle::visualRect(layoutDirection(), place, part); };
@@ -169,6 +175,7 @@ void LinkLabel::paintEvent(QPaintEvent *)
     QTextLayout layout(text, font);
     lay(layout, std::max(1, textRect.width()), layoutDirection());
     QPainter painter(this);
+    fadeWhereDisabled(painter);
     painter.setPen(shade);
     layout.draw(&painter, textRect.topLeft());
 

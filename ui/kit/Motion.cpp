@@ -54,4 +54,11 @@ void FadingShade::set(const Shade &shade)
     progress.moveTo(1.0);
 }
 
+void FadingShade::jumpTo(const Shade &shade)
+{
+    isSet = false;
+    set(shade);
+    progress.jumpTo(1.0);
+}
+
 } // namespace orvalen::kit

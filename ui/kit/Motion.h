@@ -35,6 +35,7 @@ public:
 
     [[nodiscard]] Shade shown() const { return mixed(from, to, progress.value()); }
     void set(const Shade &shade);
+    void jumpTo(const Shade &shade);
 
 private:
     Glide progress;

@@ -27,10 +27,9 @@ int titleHeight(const QFont &font, const QString &title, int width)
 
 } // namespace
 
-RowButton::RowButton(Symbols symbols, const QString &title, QWidget *parent)
-    : Control(parent), names(std::move(symbols))
+RowButton::RowButton(Symbols symbols, QString title, QWidget *parent)
+    : Control(parent), names(std::move(symbols)), title(std::move(title))
 {
-    setText(title);
     setCursor(Qt::PointingHandCursor);
     auto policy = QSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     policy.setHeightForWidth(true);
@@ -52,7 +51,7 @@ Shadow RowButton::shadow() const
 
 QSize RowButton::sizeHint() const
 {
-    const int width = textWidth(type.font(*this), text()) + besideTitle;
+    const int width = textWidth(type.font(*this), title) + besideTitle;
     return {width, heightForWidth(width)};
 }
 
@@ -60,23 +59,22 @@ QSize RowButton::minimumSizeHint() const
 {
     const auto font = type.font(*this);
     int longestWord = 0;
-    for (const auto &word : text().split(u' '))
+    for (const auto &word : title.split(u' '))
         longestWord = std::max(longestWord, textWidth(font, word));
     return {longestWord + besideTitle, heightForWidth(longestWord + besideTitle)};
 }
 
 int RowButton::heightForWidth(int width) const
 {
-    return titleHeight(type.font(*this), text(), width - besideTitle) + 2 * verticalPadding;
+    return titleHeight(type.font(*this), title, width - besideTitle) + 2 * verticalPadding;
 }
 
 void RowButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        painter.setOpacity(0.45);
-    paintCard(painter, *this, radius, neutral::text.at(isDown() ? 8 : underMouse() ? 4 : 0));
+    fadeWhereDisabled(painter);
+    paintCard(painter, *this, radius, neutral::text.at(isDown() ? 8 : isHovered() ? 4 : 0));
 
     const auto placed = [this](const QRect &place) { return QStyle::visualRect(layoutDirection(), rect(), place); };
     const auto square = [&](int x, int size) { return placed({x, (height() - size) / 2, size, size}); };
@@ -91,7 +89,7 @@ void RowButton::paintEvent(QPaintEvent *)
     painter.drawText(placed({titleX, 0, width() - besideTitle, height()}),
                      QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading | Qt::AlignVCenter) |
                          Qt::AlignAbsolute | Qt::TextWordWrap,
-                     text());
+                     title);
 }
 
 } // namespace orvalen::kit

@@ -19,10 +19,11 @@ public:
         QString trailing;
     };
 
-    RowButton(Symbols symbols, const QString &title, QWidget *parent = nullptr);
+    RowButton(Symbols symbols, QString title, QWidget *parent = nullptr);
 
     void setAccent(const Accent &accent); ///< Of the leading symbol.
 
+    [[nodiscard]] QString label() const override { return title; }
     [[nodiscard]] const Symbols &symbols() const { return names; }
     [[nodiscard]] const Accent &accent() const { return color; }
     [[nodiscard]] Outline outline() const override { return {rect(), radius}; }
@@ -39,6 +40,7 @@ protected:
 
 private:
     Symbols names;
+    QString title;
     Accent color = accent::blue;
 };
 

@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <utility>
 
 #include "ui/kit/Shade.h"
 
@@ -60,8 +61,11 @@ ScrollArea::ScrollArea(QWidget *given, QWidget *parent)
 
     // By itself it would follow the keyboard from control to control inside, but not when it comes in from elsewhere.
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
+        if (!now)
+            return; // to another window perhaps, whence it comes back to where it was
+        const bool isBack = std::exchange(focused, now) == now;
         const bool byPointer = QApplication::mouseButtons() != Qt::NoButton; // what is pressed must not move away
-        if (now && !byPointer && this->widget()->isAncestorOf(now))
+        if (!isBack && !byPointer && widget() && content->isAncestorOf(now))
             ensureWidgetVisible(now, 0, roomAround);
     });
 }
@@ -84,10 +88,22 @@ void ScrollArea::resizeEvent(QResizeEvent *event)
         content->setAutoFillBackground(false);
     }
     QScrollArea::resizeEvent(event);
-    const int x = isRightToLeft() ? 0 : width() - barWidth;
-    overlay->setGeometry(x, 0, barWidth, height());
+    placeBar();
     overlay->setPageStep(verticalScrollBar()->pageStep());
     overlay->raise();
+}
+
+void ScrollArea::changeEvent(QEvent *event)
+{
+    QScrollArea::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange)
+        placeBar();
+}
+
+void ScrollArea::placeBar()
+{
+    const int x = isRightToLeft() ? 0 : width() - barWidth;
+    overlay->setGeometry(x, 0, barWidth, height());
 }
 
 } // namespace orvalen::kit

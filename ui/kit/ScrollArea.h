@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -19,10 +20,14 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
+    void placeBar();
+
     QWidget *content;
     QScrollBar *overlay;
+    QPointer<QWidget> focused; // last, in any window
 };
 
 } // namespace orvalen::kit

@@ -1,5 +1,6 @@
 #include "ui/kit/Slider.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QWheelEvent>
@@ -10,6 +11,7 @@
 #include <utility>
 
 #include "ui/kit/Accessibility.h"
+#include "ui/kit/Keys.h"
 
 namespace orvalen::kit {
 
@@ -58,7 +60,8 @@ Slider::Slider(const SliderScale &scale, QWidget *parent) : QWidget(parent), pla
 
 void Slider::setValue(double value)
 {
-    if (std::exchange(shownValue, value) == value)
+    const auto before = std::exchange(shownValue, value);
+    if (before == value || (std::isnan(before) && std::isnan(value)))
         return;
     update();
     announceValue(*this, value);
@@ -117,6 +120,8 @@ void Slider::mousePressEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton)
         return event->ignore();
     const double x = event->position().x();
+    pressedAt = x;
+    isDragged = false;
     grip = x - knob().center().x();
     if (std::abs(grip) <= knobSize / 2.0)
         return; // held, and moved when the pointer is
@@ -126,8 +131,12 @@ void Slider::mousePressEvent(QMouseEvent *event)
 
 void Slider::mouseMoveEvent(QMouseEvent *event)
 {
-    if (event->buttons() & Qt::LeftButton)
-        choose(places.at(fractionAt(event->position().x() - grip)));
+    if (!(event->buttons() & Qt::LeftButton))
+        return;
+    const double x = event->position().x();
+    isDragged = isDragged || std::abs(x - pressedAt) >= QApplication::startDragDistance();
+    if (isDragged) // no hand is quite still during a click
+        choose(places.at(fractionAt(x - grip)));
 }
 
 void Slider::mouseReleaseEvent(QMouseEvent *event)
@@ -137,7 +146,8 @@ void Slider::mouseReleaseEvent(QMouseEvent *event)
 
 void Slider::keyPressEvent(QKeyEvent *event)
 {
-    if (const auto steps = stepsFor(event->key(), isRightToLeft(), places.steps() + 1))
+    const auto steps = stepsFor(event->key(), isRightToLeft(), places.steps() + 1);
+    if (steps && isAlone(*event))
         move(*steps);
     else
         QWidget::keyPressEvent(event);
@@ -148,10 +158,20 @@ void Slider::wheelEvent(QWheelEvent *event)
     if (!hasFocus())
         return event->ignore();
     const auto delta = event->angleDelta();
-    turned += std::abs(delta.y()) >= std::abs(delta.x()) ? delta.y() : (isRightToLeft() ? delta.x() : -delta.x());
+    const int turn =
+        std::abs(delta.y()) >= std::abs(delta.x()) ? delta.y() : (isRightToLeft() ? delta.x() : -delta.x());
+    if ((turn < 0) != (turned < 0)) // the other way
+        turned = 0;
+    turned += turn;
     if (const int steps = std::exchange(turned, turned % notch) / notch)
         move(steps);
     event->accept();
+}
+
+void Slider::focusOutEvent(QFocusEvent *event)
+{
+    QWidget::focusOutEvent(event);
+    turned = 0;
 }
 
 void Slider::changeEvent(QEvent *event)

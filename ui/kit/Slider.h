@@ -46,6 +46,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
@@ -57,7 +58,9 @@ private:
     QString text;
     Accent color = accent::blue;
     double grip = 0.0; // how far beside its centre the knob is held
-    int turned = 0;    // of the wheel, less than a notch
+    double pressedAt = 0.0;
+    bool isDragged = false; // since then
+    int turned = 0;         // of the wheel, less than a notch
 };
 
 } // namespace orvalen::kit

@@ -17,6 +17,8 @@ double SliderScale::nearest(double value) const
 
 double SliderScale::moved(double value, int count) const
 {
+    if (std::isnan(value))
+        return from;
     constexpr double hair = 1e-9; // a place is hit in spite of rounding
     const double place = std::clamp((value - from) / step, -1.0, steps() + 1.0);
     const double start = count > 0 ? std::floor(place + hair) : std::ceil(place - hair);
@@ -27,7 +29,7 @@ double SliderScale::moved(double value, int count) const
 
 double SliderScale::fraction(double value) const
 {
-    return std::clamp((value - from) / (to - from), 0.0, 1.0);
+    return std::isnan(value) ? 0.0 : std::clamp((value - from) / (to - from), 0.0, 1.0);
 }
 
 double SliderScale::at(double fraction) const

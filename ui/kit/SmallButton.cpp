@@ -22,6 +22,15 @@ SmallButton::SmallButton(QWidget *parent) : Control(parent)
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
+void SmallButton::setLabel(const QString &label)
+{
+    if (text == label)
+        return;
+    text = label;
+    updateGeometry();
+    update();
+}
+
 void SmallButton::setAccent(const Accent &accent)
 {
     if (color == accent)
@@ -32,22 +41,21 @@ void SmallButton::setAccent(const Accent &accent)
 
 QSize SmallButton::sizeHint() const
 {
-    return {textWidth(type.font(*this), text()) + 2 * padding, buttonHeight};
+    return {textWidth(type.font(*this), text) + 2 * padding, buttonHeight};
 }
 
 void SmallButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        painter.setOpacity(0.45);
+    fadeWhereDisabled(painter);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(color.vivid.at(isDown() ? 18 : underMouse() ? 16 : 13).in(*this));
+    painter.setBrush(color.vivid.at(isDown() ? 18 : isHovered() ? 16 : 13).in(*this));
     painter.drawRoundedRect(rect(), radius, radius);
     painter.setFont(type.font(*this));
     painter.setPen(color.ink.in(*this));
     painter.setLayoutDirection(Qt::LayoutDirectionAuto);
-    painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
+    painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text);
 }
 
 } // namespace orvalen::kit

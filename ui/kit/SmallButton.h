@@ -13,7 +13,11 @@ class SmallButton : public Control
 public:
     explicit SmallButton(QWidget *parent = nullptr);
 
+    /// Each does nothing where nothing changes.
+    void setLabel(const QString &label);
     void setAccent(const Accent &accent);
+
+    [[nodiscard]] QString label() const override { return text; }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -22,6 +26,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    QString text;
     Accent color = accent::blue;
 };
 

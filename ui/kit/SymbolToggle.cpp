@@ -36,8 +36,8 @@ Shade SymbolToggle::shade() const
 Shade SymbolToggle::ground() const
 {
     if (isChecked())
-        return accent::blue.vivid.at(isDown() || underMouse() ? 20 : 15);
-    return neutral::text.at(isDown() ? 10 : underMouse() ? 5 : 0);
+        return accent::blue.vivid.at(isDown() || isHovered() ? 20 : 15);
+    return neutral::text.at(isDown() ? 10 : isHovered() ? 5 : 0);
 }
 
 int SymbolToggle::faceHeight() const
@@ -61,8 +61,7 @@ void SymbolToggle::paintEvent(QPaintEvent *)
     const QRect face = outline().rect;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        painter.setOpacity(0.45);
+    fadeWhereDisabled(painter);
     painter.setPen(Qt::NoPen);
     painter.setBrush(ground().in(*this));
     painter.drawRoundedRect(face, face.height() / 2.0, face.height() / 2.0);

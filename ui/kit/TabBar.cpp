@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "ui/kit/Keys.h"
+
 namespace orvalen::kit {
 
 namespace {
@@ -105,8 +107,9 @@ bool TabBar::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::KeyPress)
         return false;
-    const int key = static_cast<QKeyEvent *>(event)->key();
-    if (key != Qt::Key_Left && key != Qt::Key_Right)
+    const auto &press = *static_cast<QKeyEvent *>(event);
+    const int key = press.key();
+    if ((key != Qt::Key_Left && key != Qt::Key_Right) || !isAlone(press))
         return false;
     const auto at = std::find(tabs.begin(), tabs.end(), watched) - tabs.begin();
     const auto next = at + ((key == Qt::Key_Right) != isRightToLeft() ? 1 : -1);

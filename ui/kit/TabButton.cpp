@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+#include "ui/kit/Accessibility.h"
 #include "ui/kit/Shade.h"
 #include "ui/kit/Symbols.h"
 #include "ui/kit/Type.h"
@@ -66,8 +67,10 @@ void TabButton::setForm(Form form)
 
 void TabButton::setSelected(bool selected)
 {
-    if (isChecked() != selected)
-        setChecked(selected);
+    if (isChecked() == selected)
+        return;
+    setChecked(selected);
+    announceSelected(*this);
 }
 
 QFont TabButton::titleFont(Form form, bool selected) const
@@ -116,8 +119,9 @@ void TabButton::paintEvent(QPaintEvent *)
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    fadeWhereDisabled(painter);
     painter.setPen(Qt::NoPen);
-    if (isSelected() || underMouse()) {
+    if (isSelected() || isHovered()) {
         painter.setBrush((isSelected() ? accent::blue.vivid.at(15) : neutral::text.at(5)).in(*this));
         painter.drawRoundedRect(rect(), radius, radius);
     }

@@ -43,13 +43,10 @@ TextLabel::TextLabel(QWidget *parent) : QLabel(parent)
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
 }
 
-TextLabel::~TextLabel() = default;
-
 void TextLabel::setText(const QString &newText)
 {
-    if (text() == newText)
-        return;
-    QLabel::setText(newText);
+    if (text() != newText)
+        QLabel::setText(newText);
     if (isAnnounced) // once it is there to be read
         QMetaObject::invokeMethod(
             this,
@@ -79,25 +76,19 @@ void TextLabel::setShade(const Shade &newShade)
 
 void TextLabel::setWraps(bool wraps)
 {
+    if (wordWrap() == wraps)
+        return;
     setWordWrap(wraps);
-}
-
-void TextLabel::setElided(Qt::TextElideMode mode)
-{
-    elideMode = mode;
     updateGeometry();
+    update();
 }
 
-TextLabel::Shaped &TextLabel::shaped() const
+TextLabel::Measured &TextLabel::measured() const
 {
     auto &now = remembered;
     const auto font = textType.font(*this);
-    if (!now.layout || now.text != text() || now.font != font || now.wraps != wordWrap() ||
-        now.direction != layoutDirection()) {
-        now = {text(), font, wordWrap(), layoutDirection(), std::make_unique<QTextLayout>(text(), font), {}, {}};
-        now.layout->setFormats(pictureFormats(now.text, font));
-        now.layout->setTextOption(option());
-    }
+    if (now.text != text() || now.font != font || now.wraps != wordWrap() || now.direction != layoutDirection())
+        now = {text(), font, wordWrap(), layoutDirection(), {}, {}};
     return now;
 }
 
@@ -111,12 +102,15 @@ QTextOption TextLabel::option() const
 
 QSize TextLabel::laidOut(int width) const
 {
-    auto &now = shaped();
+    auto &now = measured();
     if (now.sizes.size() > mostWidths)
         now.sizes.clear();
     const auto [known, isNew] = now.sizes.try_emplace(width);
     if (isNew) {
-        const auto size = lay(*now.layout, width, lineHeight(now.font));
+        QTextLayout layout(now.text, now.font);
+        layout.setFormats(pictureFormats(now.text, now.font));
+        layout.setTextOption(option());
+        const auto size = lay(layout, width, lineHeight(now.font));
         known->second = {static_cast<int>(std::ceil(size.width())), static_cast<int>(size.height())};
     }
     return known->second;
@@ -132,11 +126,9 @@ QSize TextLabel::sizeHint() const
 QSize TextLabel::minimumSizeHint() const
 {
     const auto natural = sizeHint();
-    if (elideMode != Qt::ElideNone)
-        return {QFontMetrics(textType.font(*this)).horizontalAdvance(QChar(0x2026)), natural.height()};
     if (!wordWrap())
         return natural;
-    auto &now = shaped();
+    auto &now = measured();
     if (!now.smallest) {
         const QFontMetricsF metrics(now.font);
         double longestWord = 0.0;
@@ -155,11 +147,8 @@ int TextLabel::heightForWidth(int width) const
 void TextLabel::paintEvent(QPaintEvent *)
 {
     const auto font = textType.font(*this);
-    const auto shownText =
-        elideMode == Qt::ElideNone ? text() : QFontMetrics(font).elidedText(text(), elideMode, width());
-    QTextLayout shortened(shownText, font);
-    shortened.setFormats(pictureFormats(shownText, font));
-    auto &layout = shownText == text() ? *shaped().layout : shortened;
+    QTextLayout layout(text(), font);
+    layout.setFormats(pictureFormats(text(), font));
     layout.setTextOption(option());
     const auto size = lay(layout, width(), lineHeight(font));
 

@@ -4,13 +4,11 @@
 #include <QLabel>
 
 #include <map>
-#include <memory>
 #include <optional>
 
 #include "ui/kit/Shade.h"
 #include "ui/kit/Type.h"
 
-class QTextLayout;
 class QTextOption;
 
 namespace orvalen::kit {
@@ -22,16 +20,14 @@ class TextLabel : public QLabel
 
 public:
     explicit TextLabel(QWidget *parent = nullptr);
-    ~TextLabel() override;
 
     /// Each does nothing where nothing changes.
     void setText(const QString &text);
     void setType(const Type &type);
     void setShade(const Shade &shade);
     void setWraps(bool wraps);
-    void setElided(Qt::TextElideMode mode); ///< Shortens the one line that does not fit.
 
-    /// From now on screen readers say another text at once.
+    /// From now on screen readers say each text that is set at once, the same one too.
     void setAnnounced() { isAnnounced = true; }
 
 Q_SIGNALS:
@@ -50,26 +46,24 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    /// The text with its letters found and placed, which takes longer than to paint them and to break them into lines.
-    struct Shaped
+    /// How large the text is. Layouts ask again and again, and to find and place its letters takes long.
+    struct Measured
     {
         QString text;
         QFont font;
         bool wraps = false;
         Qt::LayoutDirection direction = Qt::LeftToRight;
-        std::unique_ptr<QTextLayout> layout;
-        std::map<int, QSize> sizes; ///< By width. Layouts ask again and again.
+        std::map<int, QSize> sizes; ///< By width.
         std::optional<QSize> smallest;
     };
-    [[nodiscard]] Shaped &shaped() const;
+    [[nodiscard]] Measured &measured() const;
     [[nodiscard]] QTextOption option() const;
     [[nodiscard]] QSize laidOut(int width) const; ///< How large the text is at that width.
 
-    mutable Shaped remembered;
+    mutable Measured remembered;
 
     Type textType;
     Shade textShade = neutral::text;
-    Qt::TextElideMode elideMode = Qt::ElideNone;
     bool isAnnounced = false;
 };
 

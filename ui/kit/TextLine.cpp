@@ -16,12 +16,12 @@ constexpr QChar asPicture(0xFE0F);    // how a sign asks for that, standing afte
 /// How long the sign that the text begins with is; 0 where it begins with none.
 int signLength(QStringView words)
 {
-    if (words.front() < firstPicture)
-        return 0;
     const bool isPair = words.size() > 1 && words[0].isHighSurrogate();
     const int length = isPair ? 2 : 1;
     if (words.size() > length && words[length] == asPicture)
         return length + 1;
+    if (words.front() < firstPicture)
+        return 0;
     const char32_t c = isPair ? QChar::surrogateToUcs4(words[0], words[1]) : words[0].unicode();
     return text::isPicture(c) ? length : 0;
 }
