@@ -1,16 +1,11 @@
 #include "app/Program.h"
 
 #include <QLoggingCategory>
-#include <QWidget>
 
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
-#include <utility>
 
-#include "app/NativePlatform.h"
-#include "core/AppDelegate.h"
-#include "platform/ProgramInstance.h"
 #include "platform/posix/TerminationSignals.h"
 
 namespace orvalen {
@@ -37,24 +32,6 @@ Program::Program(int &argc, char **argv, const TerminationSignals &signals)
     // Not by way of the windows, which would be asked first.
     QObject::connect(&termination, &QSocketNotifier::activated, &application, [] { QCoreApplication::exit(0); });
     std::setlocale(LC_NUMERIC, "C"); // Qt has set the user's; our numbers have a point everywhere
-}
-
-void Program::answer(ProgramInstance &instance, std::vector<QWidget *> windows, AppDelegate &delegate)
-{
-    instance.serve({
-        .activate =
-            [windows = std::move(windows), &delegate](const std::string &token) {
-                for (auto *const window : windows)
-                    window->show();
-                delegate.menuBarClicked();
-                endLaunch(token);
-            },
-        .performAction =
-            [&delegate](std::string_view name, const std::string &token) {
-                delegate.performAction(name);
-                endLaunch(token);
-            },
-    });
 }
 
 void Program::run()

@@ -1,13 +1,7 @@
-#include "app/FirstPaint.h"
 #include "app/NativePlatform.h"
+#include "app/OrvalenApp.h"
 #include "app/Program.h"
-#include "core/AppDelegate.h"
-#include "core/AppState.h"
 #include "platform/posix/TerminationSignals.h"
-#include "streaming/WebScreenServer.h"
-#include "system/HotKeyManager.h"
-#include "ui/MainView.h"
-#include "ui/WindowServices.h"
 
 int main(int argc, char **argv)
 {
@@ -22,16 +16,10 @@ int main(int argc, char **argv)
     Platform::install(nativePlatform(QStringLiteral("Orvalen")));
     auto &platform = Platform::installed();
 
-    MainView window(WindowServices::shared());
-    window.show();
+    OrvalenApp app;
+    app.window.show();
     // Asks the desktop, whose answer need not be waited for: a window first.
-    platform.dispatch->onMain([&] { window.followColorScheme(*platform.colorScheme); });
-
-    AppDelegate delegate({*platform.application, HotKeyManager::shared(), *platform.statusBar, AppState::shared(),
-                          WebScreenServer::shared(), *platform.dispatch});
-    afterFirstPaint(window, [&] {
-        delegate.applicationDidFinishLaunching();
-        program.answer(*instance, {&window}, delegate);
-    });
+    platform.dispatch->onMain([&] { app.window.followColorScheme(*platform.colorScheme); });
+    app.beginWhenSeen(*instance, {&app.window});
     program.run();
 }

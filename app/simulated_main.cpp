@@ -2,11 +2,10 @@
 
 #include <algorithm>
 
-#include "app/FirstPaint.h"
 #include "app/NativePlatform.h"
+#include "app/OrvalenApp.h"
 #include "app/Program.h"
 #include "app/SimulatedLaptopWindow.h"
-#include "core/AppDelegate.h"
 #include "core/AppState.h"
 #include "platform/posix/TerminationSignals.h"
 #include "platform/simulated/GraphicsCopiesSimulated.h"
@@ -15,10 +14,6 @@
 #include "platform/simulated/ProcessorTime.h"
 #include "platform/simulated/SimulatedLaptop.h"
 #include "platform/simulated/TemperatureSensorsSimulated.h"
-#include "streaming/WebScreenServer.h"
-#include "system/HotKeyManager.h"
-#include "ui/MainView.h"
-#include "ui/WindowServices.h"
 
 namespace {
 
@@ -63,21 +58,14 @@ int main(int argc, char **argv)
     SimulatedLaptop *laptop = nullptr;
     Platform::install(simulatedPlatform(laptop));
     auto &platform = Platform::installed();
-    auto &state = AppState::shared();
 
-    MainView window(WindowServices::shared());
-    SimulatedLaptopWindow laptopWindow(state, *laptop);
-    window.followColorScheme(*platform.colorScheme);
+    OrvalenApp app;
+    SimulatedLaptopWindow laptopWindow(AppState::shared(), *laptop);
+    app.window.followColorScheme(*platform.colorScheme);
     laptopWindow.followColorScheme(*platform.colorScheme);
-    placeSideBySide(window, laptopWindow);
+    placeSideBySide(app.window, laptopWindow);
     laptopWindow.show();
-    window.show();
-
-    AppDelegate delegate({*platform.application, HotKeyManager::shared(), *platform.statusBar, state,
-                          WebScreenServer::shared(), *platform.dispatch});
-    afterFirstPaint(window, [&] {
-        delegate.applicationDidFinishLaunching();
-        program.answer(*instance, {&laptopWindow, &window}, delegate);
-    });
+    app.window.show();
+    app.beginWhenSeen(*instance, {&laptopWindow, &app.window});
     program.run();
 }
