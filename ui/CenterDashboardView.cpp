@@ -39,11 +39,11 @@ enum Tab
 } // namespace
 
 CenterDashboardView::CenterDashboardView(const WindowServices &services, QWidget *parent)
-    : Panel(neutral::window, EdgeLine::none, parent), services(services), state(services.state)
+    : Panel(neutral::window, EdgeLine::none, parent), services(services)
 {
     setMinimumWidth(minimumColumnWidth);
     vStackIn(*this, {header(), tabBar(), hairline(), filling(content())}).spacing(0);
-    Live<int>(state.selectedTab).follow(*this, [this](int tag) { showTab(tag); });
+    Live<int>(services.state.selectedTab).follow(*this, [this](int tag) { showTab(tag); });
 }
 
 QWidget *CenterDashboardView::header()
@@ -73,6 +73,7 @@ QWidget *CenterDashboardView::sleepToggle()
 
 QWidget *CenterDashboardView::statusBadge()
 {
+    auto &state = services.state;
     return kit::statusBadge({state.isWarmingUp, state.targetTemp, state.thermalData, DashboardRules::statusWord},
                             {state.isWarmingUp, state.targetTemp, state.thermalData, DashboardRules::statusAccent});
 }
@@ -94,8 +95,8 @@ QWidget *CenterDashboardView::tabBar()
 TabButton *CenterDashboardView::tabButton(const QString &title, int tag, const QString &icon)
 {
     auto *button = new TabButton(title, icon);
-    connect(button, &QAbstractButton::clicked, this, [this, tag] { state.selectedTab = tag; });
-    Live<bool>(state.selectedTab, [tag](int selected) {
+    connect(button, &QAbstractButton::clicked, this, [this, tag] { services.state.selectedTab = tag; });
+    Live<bool>(services.state.selectedTab, [tag](int selected) {
         return selected == tag;
     }).follow(*button, [button](bool selected) { button->setSelected(selected); });
     return button;
@@ -144,11 +145,11 @@ QWidget *CenterDashboardView::makeTab(int tag)
     case homeTab:
         return dashboardHomeTab();
     case diagnosticsTab:
-        return new DiagnosticsView(state, services.report);
+        return new DiagnosticsView(services.state, services.report);
     case toolsTab:
         return new ToolsView(services.urls);
     case settingsTab:
-        return new SettingsView(state, services.urls);
+        return new SettingsView(services.state, services.urls);
     case cloneTab:
         return new MultiCloneView(services.webServer, services.usbManager);
     default:
@@ -158,7 +159,7 @@ QWidget *CenterDashboardView::makeTab(int tag)
 
 QWidget *CenterDashboardView::dashboardHomeTab()
 {
-    return new DashboardHomeTab(state);
+    return new DashboardHomeTab(services.state);
 }
 
 } // namespace orvalen

@@ -37,7 +37,6 @@ private:
     void continueOrder(const QWidget &tab);
 
     WindowServices services;
-    AppState &state; // of these
     QStackedLayout *pages = nullptr;
     QHash<int, QWidget *> made; // tabs are made when they are first looked at
 };

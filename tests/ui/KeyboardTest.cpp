@@ -410,15 +410,27 @@ TEST_F(Keyboard, pageKeysReadOnWhereNothingIsToPress)
     }
 }
 
-TEST_F(Keyboard, aPressOfThePointerMovesNothingAway)
+/// A low window that shows the upper end of a tab with a link at its lower end.
+struct LowWindow : Keyboard
 {
-    state.selectedTab = 2;
-    window.resize(815, 560);
-    settle();
-    auto *link = find<LinkLabel>("See our services ↗");
-    auto *area = window.findChild<CenterDashboardView *>()->findChildren<ScrollArea *>().back();
+    LowWindow()
+    {
+        state.selectedTab = 2;
+        window.resize(815, 560);
+        settle();
+        link = find<LinkLabel>("See our services ↗");
+        area = window.findChild<CenterDashboardView *>()->findChildren<ScrollArea *>().back();
+        bar = area->verticalScrollBar();
+    }
+
+    LinkLabel *link = nullptr;
+    ScrollArea *area = nullptr;
+    QScrollBar *bar = nullptr;
+};
+
+TEST_F(LowWindow, aPressOfThePointerMovesNothingAway)
+{
     ASSERT_TRUE(area->isAncestorOf(link));
-    auto *bar = area->verticalScrollBar();
     ASSERT_GT(bar->maximum(), 0);
     // Half of it in view.
     bar->setValue(link->mapTo(area->widget(), QPoint()).y() + link->height() / 2 - area->viewport()->height());
@@ -431,17 +443,11 @@ TEST_F(Keyboard, aPressOfThePointerMovesNothingAway)
     EXPECT_EQ(machine.urls.opened.size(), 1u);
 }
 
-TEST_F(Keyboard, aLookAtAnotherWindowScrollsNothing)
+TEST_F(LowWindow, aLookAtAnotherWindowScrollsNothing)
 {
-    state.selectedTab = 2;
-    window.resize(815, 560);
-    settle();
-    auto *link = find<LinkLabel>("See our services ↗");
-    auto *area = window.findChild<CenterDashboardView *>()->findChildren<ScrollArea *>().back();
     ASSERT_TRUE(area->isAncestorOf(link));
     link->setFocus(Qt::TabFocusReason);
     settle();
-    auto *bar = area->verticalScrollBar();
     ASSERT_GT(bar->value(), 0);
     bar->setValue(0);
     Q_EMIT qApp->focusChanged(link, nullptr);

@@ -61,6 +61,19 @@ struct EveryTab : ::testing::TestWithParam<int>
     }
 };
 
+/// The tab in the smallest window, with all that it may have to show.
+struct SmallWindow : Dashboard
+{
+    explicit SmallWindow(int tab)
+    {
+        state.selectedTab = tab;
+        window.resize(815, 560);
+        show();
+        for (const auto &[name, arrange] : situationsOf(tab))
+            arrange(*this);
+    }
+};
+
 INSTANTIATE_TEST_SUITE_P(Layout, EveryTab, ::testing::ValuesIn(test::allTabs),
                          [](const auto &tab) { return "tab" + std::to_string(tab.param); });
 
@@ -84,12 +97,7 @@ TEST_P(EveryTab, fitsAtEverySizeWithEveryFontInBothDirections)
 TEST_P(EveryTab, fitsWhenTheSystemsFontGrowsWhileItIsShown)
 {
     const SystemFont usual(13);
-    Dashboard dashboard;
-    dashboard.state.selectedTab = GetParam();
-    dashboard.window.resize(815, 560);
-    dashboard.show();
-    for (const auto &[name, arrange] : situationsOf(GetParam()))
-        arrange(dashboard);
+    SmallWindow dashboard(GetParam());
     for (const int pixels : {20, 13, 15}) {
         const SystemFont font(pixels);
         dashboard.settle();
@@ -119,12 +127,7 @@ TEST_P(EveryTab, leavesTheColumnsAsWideAsTheyAre)
 TEST_P(EveryTab, scrollsToEverythingWhereTheWindowIsLow)
 {
     const SystemFont font(15);
-    Dashboard dashboard;
-    dashboard.state.selectedTab = GetParam();
-    dashboard.window.resize(815, 560);
-    dashboard.show();
-    for (const auto &[name, arrange] : situationsOf(GetParam()))
-        arrange(dashboard);
+    SmallWindow dashboard(GetParam());
     dashboard.settle();
     for (auto *area : dashboard.window.findChildren<kit::ScrollArea *>()) {
         if (!area->isVisible())

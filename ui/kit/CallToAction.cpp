@@ -170,7 +170,7 @@ void CallToAction::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    fadeWhereDisabled(painter);
+    fadeWhereDisabled(painter, *this);
 
     auto fill = color.solid.in(*this);
     if (isDown())

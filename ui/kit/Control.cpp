@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QKeyEvent>
-#include <QPainter>
 
 #include "ui/kit/Accessibility.h"
 
@@ -18,12 +17,6 @@ Control::Control(QWidget *parent) : QAbstractButton(parent)
 QAccessible::Role Control::accessibleRole() const
 {
     return isCheckable() ? QAccessible::CheckBox : QAccessible::Button;
-}
-
-void Control::fadeWhereDisabled(QPainter &painter) const
-{
-    if (!isEnabled())
-        painter.setOpacity(0.45);
 }
 
 void Control::keyPressEvent(QKeyEvent *event)

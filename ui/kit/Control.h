@@ -5,8 +5,6 @@
 
 #include "ui/kit/Outlined.h"
 
-class QPainter;
-
 namespace orvalen::kit {
 
 /// Whatever can be pressed: reacts to pointer, Space and Enter. Its words are its own rather than the toolkit's
@@ -27,7 +25,6 @@ public:
 
 protected:
     [[nodiscard]] bool isHovered() const { return isEnabled() && underMouse(); }
-    void fadeWhereDisabled(QPainter &painter) const;
 
     void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;

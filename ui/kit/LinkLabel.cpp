@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "ui/kit/Symbols.h"
+#include "ui/kit/TextLine.h"
 
 namespace orvalen::kit {
 
@@ -19,25 +20,14 @@ constexpr int leadingSize = 13;
 constexpr int leadingGap = 6;
 constexpr int unlimited = 1 << 20;
 
-/// Lays the text out in lines of our height; returns how wide the widest is, rounded up.
+/// Lays the text out; returns how wide the widest line is, rounded up.
 int lay(QTextLayout &layout, int width, Qt::LayoutDirection direction)
 {
     QTextOption option(QStyle::visualAlignment(direction, Qt::AlignLeading));
     option.setTextDirection(Qt::LayoutDirectionAuto);
     option.setWrapMode(QTextOption::WordWrap);
     layout.setTextOption(option);
-    const int height = lineHeight(layout.font());
-    double y = 0.0;
-    double widest = 0.0;
-    layout.beginLayout();
-    for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(width);
-        line.setPosition({0.0, y + (height - line.height()) / 2});
-        y += height;
-        widest = std::max(widest, line.naturalTextWidth());
-    }
-    layout.endLayout();
-    return static_cast<int>(std::ceil(widest));
+    return static_cast<int>(std::ceil(layOut(layout, width).width()));
 }
 
 } // namespace
@@ -175,7 +165,7 @@ void LinkLabel::paintEvent(QPaintEvent *)
     QTextLayout layout(text, font);
     lay(layout, std::max(1, textRect.width()), layoutDirection());
     QPainter painter(this);
-    fadeWhereDisabled(painter);
+    fadeWhereDisabled(painter, *this);
     painter.setPen(shade);
     layout.draw(&painter, textRect.topLeft());
 

@@ -73,7 +73,7 @@ void RowButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    fadeWhereDisabled(painter);
+    fadeWhereDisabled(painter, *this);
     paintCard(painter, *this, radius, neutral::text.at(isDown() ? 8 : isHovered() ? 4 : 0));
 
     const auto placed = [this](const QRect &place) { return QStyle::visualRect(layoutDirection(), rect(), place); };

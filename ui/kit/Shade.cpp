@@ -1,5 +1,6 @@
 #include "ui/kit/Shade.h"
 
+#include <QPainter>
 #include <QPalette>
 #include <QWidget>
 
@@ -36,6 +37,12 @@ QColor over(const QColor &top, const QColor &ground)
     const auto channel = [a](double t, double g) { return static_cast<float>(t * a + g * (1 - a)); };
     return QColor::fromRgbF(channel(top.redF(), ground.redF()), channel(top.greenF(), ground.greenF()),
                             channel(top.blueF(), ground.blueF()));
+}
+
+void fadeWhereDisabled(QPainter &painter, const QWidget &widget)
+{
+    if (!widget.isEnabled())
+        painter.setOpacity(0.45);
 }
 
 } // namespace orvalen::kit

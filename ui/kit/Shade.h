@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QRgb>
 
+class QPainter;
 class QWidget;
 
 namespace orvalen::kit {
@@ -38,6 +39,9 @@ constexpr Shade shade(QRgb light, QRgb dark)
 
 /// `top` laid over an opaque `ground`.
 [[nodiscard]] QColor over(const QColor &top, const QColor &ground);
+
+/// From now on `widget` paints fainter if it is disabled.
+void fadeWhereDisabled(QPainter &painter, const QWidget &widget);
 
 namespace neutral {
 inline constexpr Shade window = shade(0xF4F5F7, 0x1D1F23);

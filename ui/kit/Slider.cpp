@@ -194,8 +194,7 @@ void Slider::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    if (!isEnabled())
-        painter.setOpacity(0.45);
+    fadeWhereDisabled(painter, *this);
     painter.setBrush(neutral::groove.in(*this));
     painter.drawRoundedRect(groove, grooveHeight / 2.0, grooveHeight / 2.0);
     painter.setBrush(color.vivid.in(*this));

@@ -48,7 +48,7 @@ void SmallButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    fadeWhereDisabled(painter);
+    fadeWhereDisabled(painter, *this);
     painter.setPen(Qt::NoPen);
     painter.setBrush(color.vivid.at(isDown() ? 18 : isHovered() ? 16 : 13).in(*this));
     painter.drawRoundedRect(rect(), radius, radius);

@@ -61,7 +61,7 @@ void SymbolToggle::paintEvent(QPaintEvent *)
     const QRect face = outline().rect;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    fadeWhereDisabled(painter);
+    fadeWhereDisabled(painter, *this);
     painter.setPen(Qt::NoPen);
     painter.setBrush(ground().in(*this));
     painter.drawRoundedRect(face, face.height() / 2.0, face.height() / 2.0);

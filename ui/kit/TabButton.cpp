@@ -119,7 +119,7 @@ void TabButton::paintEvent(QPaintEvent *)
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    fadeWhereDisabled(painter);
+    fadeWhereDisabled(painter, *this);
     painter.setPen(Qt::NoPen);
     if (isSelected() || isHovered()) {
         painter.setBrush((isSelected() ? accent::blue.vivid.at(15) : neutral::text.at(5)).in(*this));

@@ -8,7 +8,6 @@
 #include <QTextOption>
 
 #include <cmath>
-#include <limits>
 
 #include "ui/kit/Accessibility.h"
 #include "ui/kit/TextLine.h"
@@ -19,21 +18,6 @@ namespace {
 
 constexpr int comfortableWidth = 320;  // of a paragraph that nobody has given a width
 constexpr std::size_t mostWidths = 16; // remembered of one text
-
-QSizeF lay(QTextLayout &layout, double width, int lineHeight)
-{
-    double y = 0.0;
-    double widest = 0.0;
-    layout.beginLayout();
-    for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(width);
-        line.setPosition({0.0, y + (lineHeight - line.height()) / 2});
-        y += lineHeight;
-        widest = std::max(widest, line.naturalTextWidth());
-    }
-    layout.endLayout();
-    return {widest, y};
-}
 
 } // namespace
 
@@ -110,7 +94,7 @@ QSize TextLabel::laidOut(int width) const
         QTextLayout layout(now.text, now.font);
         layout.setFormats(pictureFormats(now.text, now.font));
         layout.setTextOption(option());
-        const auto size = lay(layout, width, lineHeight(now.font));
+        const auto size = layOut(layout, width);
         known->second = {static_cast<int>(std::ceil(size.width())), static_cast<int>(size.height())};
     }
     return known->second;
@@ -150,7 +134,7 @@ void TextLabel::paintEvent(QPaintEvent *)
     QTextLayout layout(text(), font);
     layout.setFormats(pictureFormats(text(), font));
     layout.setTextOption(option());
-    const auto size = lay(layout, width(), lineHeight(font));
+    const auto size = layOut(layout, width());
 
     double y = 0.0;
     if (alignment() & Qt::AlignVCenter)
@@ -160,8 +144,7 @@ void TextLabel::paintEvent(QPaintEvent *)
 
     QPainter painter(this);
     painter.setPen(textShade.in(*this));
-    if (!isEnabled())
-        painter.setOpacity(0.45);
+    fadeWhereDisabled(painter, *this);
     layout.draw(&painter, {0.0, y});
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "core/Text.h"
+#include "ui/kit/Type.h"
 
 namespace orvalen::kit {
 
@@ -43,6 +44,22 @@ QList<QTextLayout::FormatRange> pictureFormats(const QString &text, const QFont 
         formats.push_back({at, length, format});
     }
     return formats;
+}
+
+QSizeF layOut(QTextLayout &layout, double width)
+{
+    const int height = lineHeight(layout.font());
+    double y = 0.0;
+    double widest = 0.0;
+    layout.beginLayout();
+    for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition({0.0, y + (height - line.height()) / 2});
+        y += height;
+        widest = std::max(widest, line.naturalTextWidth());
+    }
+    layout.endLayout();
+    return {widest, y};
 }
 
 TextLine::TextLine(const QString &text, const QFont &font) : layout(text, font)

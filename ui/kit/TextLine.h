@@ -8,6 +8,9 @@ namespace orvalen::kit {
 /// not thin and grey from whichever font has them, too. The letters are left alone.
 [[nodiscard]] QList<QTextLayout::FormatRange> pictureFormats(const QString &text, const QFont &font);
 
+/// Puts the text on lines of our height, no wider than `width` but for what cannot be broken. How large it is then.
+QSizeF layOut(QTextLayout &layout, double width);
+
 /// One line of text with its signs in colour.
 class TextLine
 {

@@ -53,7 +53,7 @@ void Toggle::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    fadeWhereDisabled(painter);
+    fadeWhereDisabled(painter, *this);
     painter.setBrush(mixed(neutral::groove, trackOn, knob.value()).in(*this));
     painter.drawRoundedRect(place, place.height() / 2, place.height() / 2);
 
