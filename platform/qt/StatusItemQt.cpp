@@ -84,7 +84,8 @@ void StatusItemQt::appear()
 {
     icon = std::make_unique<QSystemTrayIcon>();
     connect(icon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger && action)
+        // Of two clicks in quick succession Qt reports the second one as a double click.
+        if ((reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick) && action)
             action();
     });
     update();
