@@ -1,0 +1,13 @@
+// Since which version the system has something, for declarations of our own. Compilers that know no macOS ignore it.
+#pragma once
+
+#define __MAC_OS_X_VERSION_MAX_ALLOWED 150000
+
+#if defined(__APPLE__) && defined(__clang__)
+#define ORVALEN_MACOS_SINCE(version) __attribute__((availability(macos, introduced = version)))
+#define ORVALEN_MACOS_UNTIL(since, version, message) \
+    __attribute__((availability(macos, introduced = since, deprecated = version, message = message)))
+#else
+#define ORVALEN_MACOS_SINCE(version)
+#define ORVALEN_MACOS_UNTIL(since, version, message)
+#endif
