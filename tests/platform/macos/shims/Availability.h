@@ -5,7 +5,7 @@
 
 #if defined(__APPLE__) && defined(__clang__)
 #define ORVALEN_MACOS_SINCE(version) __attribute__((availability(macos, introduced = version)))
-#define ORVALEN_MACOS_UNTIL(since, version, message) \
+#define ORVALEN_MACOS_UNTIL(since, version, message)                                                                   \
     __attribute__((availability(macos, introduced = since, deprecated = version, message = message)))
 #else
 #define ORVALEN_MACOS_SINCE(version)

@@ -1,5 +1,5 @@
-// What our adapters use of Core Foundation, as its documentation gives it. Stands in for the system's header where there
-// is none; platform/macos/SystemContract.cpp compares the two on a Mac.
+// What our adapters use of Core Foundation, as its documentation gives it. Stands in for the system's header where
+// there is none; platform/macos/SystemContract.cpp compares the two on a Mac.
 #pragma once
 
 #include <Availability.h>
@@ -20,7 +20,8 @@ typedef uint8_t UInt8;
 typedef double CFTimeInterval;
 typedef CFTimeInterval CFAbsoluteTime;
 
-typedef struct {
+typedef struct
+{
     CFIndex location;
     CFIndex length;
 } CFRange;
@@ -49,21 +50,25 @@ void CFRelease(CFTypeRef cf);
 CFTypeID CFGetTypeID(CFTypeRef cf);
 
 // Strings
-enum { kCFStringEncodingUTF8 = 0x08000100 };
+enum
+{
+    kCFStringEncodingUTF8 = 0x08000100
+};
 
 CFStringRef __CFStringMakeConstantString(const char *text);
 #define CFSTR(text) __CFStringMakeConstantString("" text "")
 
 CFTypeID CFStringGetTypeID(void);
-CFStringRef CFStringCreateWithBytes(CFAllocatorRef alloc, const UInt8 *bytes, CFIndex numBytes, CFStringEncoding encoding,
-                                    Boolean isExternalRepresentation);
+CFStringRef CFStringCreateWithBytes(CFAllocatorRef alloc, const UInt8 *bytes, CFIndex numBytes,
+                                    CFStringEncoding encoding, Boolean isExternalRepresentation);
 CFIndex CFStringGetLength(CFStringRef theString);
 CFIndex CFStringGetBytes(CFStringRef theString, CFRange range, CFStringEncoding encoding, UInt8 lossByte,
                          Boolean isExternalRepresentation, UInt8 *buffer, CFIndex maxBufLen, CFIndex *usedBufLen);
 
 // Numbers and truth values
 typedef CFIndex CFNumberType;
-enum {
+enum
+{
     kCFNumberSInt64Type = 4,
     kCFNumberIntType = 9,
     kCFNumberDoubleType = 13,
@@ -90,7 +95,8 @@ typedef void (*CFDictionaryReleaseCallBack)(CFAllocatorRef allocator, const void
 typedef CFStringRef (*CFDictionaryCopyDescriptionCallBack)(const void *value);
 typedef Boolean (*CFDictionaryEqualCallBack)(const void *value1, const void *value2);
 typedef CFHashCode (*CFDictionaryHashCallBack)(const void *value);
-typedef struct {
+typedef struct
+{
     CFIndex version;
     CFDictionaryRetainCallBack retain;
     CFDictionaryReleaseCallBack release;
@@ -98,7 +104,8 @@ typedef struct {
     CFDictionaryEqualCallBack equal;
     CFDictionaryHashCallBack hash;
 } CFDictionaryKeyCallBacks;
-typedef struct {
+typedef struct
+{
     CFIndex version;
     CFDictionaryRetainCallBack retain;
     CFDictionaryReleaseCallBack release;
