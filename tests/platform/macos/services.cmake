@@ -1,1 +1,21 @@
-# To come.
+# Idle time, screen-capture access, power assertions, settings and dates.
+orvalen_macos_test(macos_services_test
+    ADAPTERS
+        CoreFoundationOwned.cpp
+        InputIdleTimeQuartz.cpp
+        LocalisedDatesCoreFoundation.cpp
+        PowerAssertionsIOKit.cpp
+        ScreenCaptureAccessQuartz.cpp
+        SettingsStoreDefaults.cpp
+    FAKES
+        fakes/CoreGraphics.cpp
+        fakes/DateFormatter.cpp
+        fakes/PowerManagement.cpp
+        fakes/Preferences.cpp
+    SOURCES
+        InputIdleTimeQuartzTest.cpp
+        LocalisedDatesCoreFoundationTest.cpp
+        PowerAssertionsIOKitTest.cpp
+        ScreenCaptureAccessQuartzTest.cpp
+        SettingsStoreDefaultsTest.cpp
+)

@@ -125,3 +125,6 @@ const void *CFDictionaryGetValue(CFDictionaryRef theDict, const void *key);
 #ifdef __cplusplus
 }
 #endif
+
+#include <CoreFoundation/CFDateFormatter.h>
+#include <CoreFoundation/CFPreferences.h>
