@@ -23,6 +23,15 @@ TEST(CoreFoundationOwned, releasesOnce)
     EXPECT_EQ(fake::living(), 0);
 }
 
+TEST(CoreFoundationOwned, releasesNothingWhereThereIsNothing)
+{
+    const Owned<CFTypeRef> null(nullptr);
+    const Owned<CFTypeRef> none;
+    EXPECT_FALSE(null);
+    EXPECT_FALSE(none);
+    EXPECT_EQ(none.get(), nullptr);
+}
+
 TEST(CoreFoundationOwned, keepsTextAsItIs)
 {
     for (const std::string text : {"", "PMU tdie1", "39°", "🛡️ Orvalen"})
@@ -36,6 +45,15 @@ TEST(CoreFoundationOwned, readsNoTextFromWhatIsNone)
     EXPECT_EQ(corefoundation::text(number.get()), "");
     EXPECT_EQ(corefoundation::text(nullptr), "");
     EXPECT_FALSE(corefoundation::makeString("\xFF"));
+}
+
+TEST(CoreFoundationOwned, knowsAnObjectsType)
+{
+    const Owned<CFTypeRef> number(fake::makeNumber(1.5));
+    EXPECT_TRUE(corefoundation::isOf(CFNumberGetTypeID(), number.get()));
+    EXPECT_FALSE(corefoundation::isOf(CFStringGetTypeID(), number.get()));
+    EXPECT_FALSE(corefoundation::isOf(CFBooleanGetTypeID(), number.get()));
+    EXPECT_FALSE(corefoundation::isOf(CFStringGetTypeID(), nullptr));
 }
 
 } // namespace

@@ -1,13 +1,16 @@
 #include "tests/platform/macos/fakes/CoreFoundation.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 namespace orvalen::fake {
@@ -22,7 +25,7 @@ std::atomic<int> livingObjects = 0;
     std::abort();
 }
 
-/// Never freed, so that a use after the last release is found out.
+/// Never freed (see `make`), so that a use after the last release is found out.
 struct Object
 {
     enum class Kind : CFTypeID
@@ -45,11 +48,11 @@ struct Object
     const bool isConstant;
     std::atomic<int> references = 1;
 
-    std::string text; // of a string; the name of an opaque thing
-    bool isFloat = false;
-    std::int64_t whole = 0; // of a number; 0 or 1 of a truth value
+    std::string text;                        // of a string; the name of an opaque thing
+    CFNumberType type = kCFNumberSInt64Type; // of a number, as all that follows
+    std::int64_t whole = 0;                  // also 0 or 1 of a truth value
     double real = 0.0;
-    std::vector<CFTypeRef> items; // of an array, or the values of a dictionary
+    std::vector<CFTypeRef> items; // of an array, the values of a dictionary, what an opaque thing owns
     std::vector<CFTypeRef> keys;
 };
 
@@ -76,9 +79,24 @@ Object &owned(const void *reference)
     return const_cast<Object &>(object(reference));
 }
 
-std::unique_ptr<Object> make(Object::Kind kind)
+/// Kept for ever, and where a search for leaks finds it; whether somebody still owns it is counted.
+Object *make(Object::Kind kind)
 {
-    return std::make_unique<Object>(kind);
+    static std::mutex mutex;
+    static auto *const all = new std::deque<Object>;
+    const std::lock_guard lock(mutex);
+    return &all->emplace_back(kind);
+}
+
+void requireDefault(CFAllocatorRef allocator)
+{
+    if (allocator != kCFAllocatorDefault)
+        fail("an object was asked of another allocator than the default one");
+}
+
+bool isWhole(double value)
+{
+    return value >= -0x1p63 && value < 0x1p63 && std::trunc(value) == value;
 }
 
 /// How many UTF-16 units the text has, which is how Core Foundation counts.
@@ -103,50 +121,51 @@ bool isEqual(const void *one, const void *other)
 
 CFTypeRef makeString(const std::string &text)
 {
-    auto string = make(Object::Kind::string);
+    auto *const string = make(Object::Kind::string);
     string->text = text;
-    return string.release();
+    return string;
 }
 
 CFTypeRef makeNumber(std::int64_t value)
 {
-    auto number = make(Object::Kind::number);
+    auto *const number = make(Object::Kind::number);
     number->whole = value;
     number->real = static_cast<double>(value);
-    return number.release();
+    return number;
 }
 
 CFTypeRef makeNumber(double value)
 {
-    auto number = make(Object::Kind::number);
-    number->isFloat = true;
-    number->whole = static_cast<std::int64_t>(value);
+    auto *const number = make(Object::Kind::number);
+    number->type = kCFNumberDoubleType;
+    number->whole = isWhole(value) ? static_cast<std::int64_t>(value) : 0;
     number->real = value;
-    return number.release();
+    return number;
 }
 
-CFTypeRef makeArray(std::initializer_list<CFTypeRef> items)
+CFTypeRef makeArray(std::vector<CFTypeRef> items)
 {
-    auto array = make(Object::Kind::array);
-    array->items = items;
-    return array.release();
+    auto *const array = make(Object::Kind::array);
+    array->items = std::move(items);
+    return array;
 }
 
 CFTypeRef makeDictionary(std::initializer_list<std::pair<CFTypeRef, CFTypeRef>> entries)
 {
-    auto dictionary = make(Object::Kind::dictionary);
+    auto *const dictionary = make(Object::Kind::dictionary);
     for (const auto &[key, value] : entries) {
         dictionary->keys.push_back(key);
         dictionary->items.push_back(value);
     }
-    return dictionary.release();
+    return dictionary;
 }
 
-CFTypeRef makeOpaque(const std::string &name)
+CFTypeRef makeOpaque(const std::string &name, std::vector<CFTypeRef> owned)
 {
-    auto thing = make(Object::Kind::opaque);
+    auto *const thing = make(Object::Kind::opaque);
     thing->text = name;
-    return thing.release();
+    thing->items = std::move(owned);
+    return thing;
 }
 
 std::string nameOf(CFTypeRef opaque)
@@ -157,6 +176,38 @@ std::string nameOf(CFTypeRef opaque)
 std::string textOf(CFTypeRef string)
 {
     return string ? object(string, Object::Kind::string).text : "null";
+}
+
+std::string describe(CFTypeRef reference)
+{
+    if (!reference)
+        return "null";
+    const auto &thing = object(reference);
+    std::string inside;
+    for (std::size_t i = 0; i < thing.items.size(); ++i)
+        inside += (i == 0 ? "" : ", ") + (thing.keys.empty() ? "" : describe(thing.keys[i]) + ": ") +
+                  describe(thing.items[i]);
+    switch (thing.kind) {
+    case Object::Kind::string:
+        return '"' + thing.text + '"';
+    case Object::Kind::number:
+        return thing.type == kCFNumberDoubleType
+                   ? "double " + std::to_string(thing.real)
+                   : (thing.type == kCFNumberIntType ? "int " : "int64 ") + std::to_string(thing.whole);
+    case Object::Kind::boolean:
+        return thing.whole ? "true" : "false";
+    case Object::Kind::array:
+        return '[' + inside + ']';
+    case Object::Kind::dictionary:
+        return '{' + inside + '}';
+    default:
+        return thing.text;
+    }
+}
+
+const char *describe(CFAllocatorRef allocator)
+{
+    return allocator == kCFAllocatorDefault ? "default" : "another";
 }
 
 int living()
@@ -227,9 +278,10 @@ CFTypeID CFStringGetTypeID()
     return static_cast<CFTypeID>(Object::Kind::string);
 }
 
-CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8 *bytes, CFIndex numBytes, CFStringEncoding encoding,
-                                    Boolean isExternalRepresentation)
+CFStringRef CFStringCreateWithBytes(CFAllocatorRef alloc, const UInt8 *bytes, CFIndex numBytes,
+                                    CFStringEncoding encoding, Boolean isExternalRepresentation)
 {
+    requireDefault(alloc);
     if (encoding != kCFStringEncodingUTF8 || isExternalRepresentation)
         fail("strings are UTF-8 here, without a byte order mark");
     const std::string text(reinterpret_cast<const char *>(bytes), static_cast<std::size_t>(numBytes));
@@ -264,11 +316,15 @@ CFTypeID CFNumberGetTypeID()
     return static_cast<CFTypeID>(Object::Kind::number);
 }
 
-CFNumberRef CFNumberCreate(CFAllocatorRef, CFNumberType theType, const void *valuePtr)
+CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNumberType theType, const void *valuePtr)
 {
+    requireDefault(allocator);
     switch (theType) {
-    case kCFNumberIntType:
-        return static_cast<CFNumberRef>(makeNumber(std::int64_t{*static_cast<const int *>(valuePtr)}));
+    case kCFNumberIntType: {
+        const auto *const number = makeNumber(std::int64_t{*static_cast<const int *>(valuePtr)});
+        owned(number).type = kCFNumberIntType;
+        return static_cast<CFNumberRef>(number);
+    }
     case kCFNumberSInt64Type:
         return static_cast<CFNumberRef>(makeNumber(*static_cast<const std::int64_t *>(valuePtr)));
     case kCFNumberDoubleType:
@@ -284,7 +340,7 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType theType, void *valuePt
     switch (theType) {
     case kCFNumberSInt64Type:
         *static_cast<std::int64_t *>(valuePtr) = found.whole;
-        return !found.isFloat || std::trunc(found.real) == found.real;
+        return found.type != kCFNumberDoubleType || isWhole(found.real);
     case kCFNumberDoubleType:
         *static_cast<double *>(valuePtr) = found.real;
         return true;
@@ -295,7 +351,7 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType theType, void *valuePt
 
 Boolean CFNumberIsFloatType(CFNumberRef number)
 {
-    return object(number, Object::Kind::number).isFloat;
+    return object(number, Object::Kind::number).type == kCFNumberDoubleType;
 }
 
 CFTypeID CFBooleanGetTypeID()
@@ -328,18 +384,24 @@ CFTypeID CFDictionaryGetTypeID()
     return static_cast<CFTypeID>(Object::Kind::dictionary);
 }
 
-CFDictionaryRef CFDictionaryCreate(CFAllocatorRef, const void **keys, const void **values, CFIndex numValues,
+CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void **keys, const void **values, CFIndex numValues,
                                    const CFDictionaryKeyCallBacks *keyCallBacks,
                                    const CFDictionaryValueCallBacks *valueCallBacks)
 {
+    requireDefault(allocator);
     if (keyCallBacks != &kCFTypeDictionaryKeyCallBacks || valueCallBacks != &kCFTypeDictionaryValueCallBacks)
         fail("a dictionary must own what is in it");
-    auto dictionary = make(Object::Kind::dictionary);
+    auto *const dictionary = make(Object::Kind::dictionary);
     for (CFIndex i = 0; i < numValues; ++i) {
         dictionary->keys.push_back(CFRetain(keys[i]));
         dictionary->items.push_back(CFRetain(values[i]));
     }
-    return reinterpret_cast<CFDictionaryRef>(dictionary.release());
+    return reinterpret_cast<CFDictionaryRef>(dictionary);
+}
+
+CFIndex CFDictionaryGetCount(CFDictionaryRef theDict)
+{
+    return static_cast<CFIndex>(object(theDict, Object::Kind::dictionary).keys.size());
 }
 
 const void *CFDictionaryGetValue(CFDictionaryRef theDict, const void *key)
@@ -349,4 +411,13 @@ const void *CFDictionaryGetValue(CFDictionaryRef theDict, const void *key)
         if (isEqual(dictionary.keys[i], key))
             return dictionary.items[i];
     return nullptr;
+}
+
+void CFDictionaryGetKeysAndValues(CFDictionaryRef theDict, const void **keys, const void **values)
+{
+    const auto &dictionary = object(theDict, Object::Kind::dictionary);
+    if (keys)
+        std::copy(dictionary.keys.begin(), dictionary.keys.end(), keys);
+    if (values)
+        std::copy(dictionary.items.begin(), dictionary.items.end(), values);
 }
