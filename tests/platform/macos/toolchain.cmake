@@ -20,7 +20,8 @@ set(ORVALEN_MACOS_HEADERS "${CMAKE_BINARY_DIR}/macos-headers" CACHE PATH "")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ORVALEN_MACOS_HEADERS)
 include("${CMAKE_CURRENT_LIST_DIR}/headers.cmake")
 
-set(flags "-nostdlibinc -D_GNU_SOURCE -D_LIBCPP_HAS_MUSL_LIBC -D_LIBCPP_PROVIDES_DEFAULT_RUNE_TABLE")
+# Boost 1.74 asks Microsoft's compiler alone whether the library is newer than std::result_of; later ones ask all.
+set(flags "-DBOOST_ASIO_HAS_STD_INVOKE_RESULT -nostdlibinc -D_GNU_SOURCE -D_LIBCPP_HAS_MUSL_LIBC -D_LIBCPP_PROVIDES_DEFAULT_RUNE_TABLE")
 foreach(folder IN LISTS ORVALEN_MACOS_INCLUDE_FOLDERS)
     string(APPEND flags " -isystem ${folder}")
 endforeach()

@@ -4,7 +4,5 @@
 
 #include <not_on_macos.h>
 
-ORVALEN_NOT_ON_MACOS(preadv2);
 ORVALEN_NOT_ON_MACOS(process_vm_readv);
 ORVALEN_NOT_ON_MACOS(process_vm_writev);
-ORVALEN_NOT_ON_MACOS(pwritev2);
