@@ -113,7 +113,7 @@ TEST_F(ApplicationAppKitDeathTest, withoutTheApplicationObjectTheProgramEnds)
     fake::endApplication();
     EXPECT_DEATH(application.setActivationPolicy(Application::ActivationPolicy::regular), "");
     EXPECT_DEATH(application.activate(true), "");
-    EXPECT_DEATH(application.windows(), "");
+    EXPECT_DEATH(static_cast<void>(application.windows()), "");
 }
 
 } // namespace
