@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/Application.h"
+
+namespace orvalen {
+
+/// The shared application object of AppKit, which the toolkit has made before anything is asked here. Without one the
+/// program ends.
+class ApplicationAppKit : public Application
+{
+public:
+    void setActivationPolicy(ActivationPolicy policy) override;
+
+    /// From macOS 14 on the system decides whether the user is disturbed in another application.
+    void activate(bool ignoringOtherApps) override;
+
+    [[nodiscard]] std::vector<std::unique_ptr<ApplicationWindow>> windows() override;
+};
+
+} // namespace orvalen
