@@ -6,9 +6,10 @@ set_target_properties(orvalen PROPERTIES
     OUTPUT_NAME Orvalen
     MACOSX_BUNDLE ON
     MACOSX_BUNDLE_INFO_PLIST "${PROJECT_SOURCE_DIR}/packaging/macos/Info.plist.in")
-add_dependencies(orvalen orvalen-stream-server)
 install(TARGETS orvalen BUNDLE DESTINATION .)
 
-# The simulated laptop is for the build tree alone. It finds the server where the program does.
-set_target_properties(orvalen-simulated PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${ORVALEN_BUNDLE}/MacOS")
-add_dependencies(orvalen-simulated orvalen-stream-server)
+# The simulated laptop is for the build tree alone, and outside the bundle, which would lend it the user's settings. It
+# looks for the server as the program does.
+set_target_properties(orvalen-simulated PROPERTIES
+    RUNTIME_OUTPUT_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/simulated")
+file(CREATE_LINK Orvalen.app/Contents/Resources "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Resources" SYMBOLIC)
