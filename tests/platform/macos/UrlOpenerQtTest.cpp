@@ -50,7 +50,7 @@ struct UrlOpenerQtTest : ::testing::Test
 TEST_F(UrlOpenerQtTest, handsTheAddressOverAsItIs)
 {
     for (const std::string url : {"http://192.168.1.20:8999", "http://[fe80::1]:8999/a%20b?x=1&y=%C2%B0#top",
-                                  "file:///Users/j%C3%BCrgen/My%20Desktop/100%25%20%231%3F.html",
+                                  "file:///tmp/j%C3%BCrgen/My%20Desktop/100%25%20%231%3F.html",
                                   "x-apple.systempreferences:com.apple.Displays-Settings.extension",
                                   "x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture"}) {
         urls.open(url);
@@ -67,8 +67,8 @@ TEST_F(UrlOpenerQtTest, aHostOutsideAsciiIsSpeltAsTheNetworkWantsIt)
 
 TEST_F(UrlOpenerQtTest, aDocumentIsFoundWhateverItsNameIs)
 {
-    DocumentsQt(urls).open("/Users/jo/My Desktop/100% #1?.html");
-    EXPECT_THAT(handler.opened, ElementsAre("file:///Users/jo/My%20Desktop/100%25%20%231%3F.html"));
+    DocumentsQt(urls).open("/tmp/My Desktop/100% #1?.html");
+    EXPECT_THAT(handler.opened, ElementsAre("file:///tmp/My%20Desktop/100%25%20%231%3F.html"));
 }
 
 } // namespace
