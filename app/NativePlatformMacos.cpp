@@ -26,6 +26,7 @@
 #include "platform/macos/TemperatureSensorsIOKit.h"
 #include "platform/macos/ThreadQuality.h"
 #include "platform/macos/UsbTreeSystemProfiler.h"
+#include "platform/macos/UserActivity.h"
 #include "platform/posix/BoundedPowerSources.h"
 #include "platform/posix/BoundedTemperatureSensors.h"
 #include "platform/posix/ChildProcessesPosix.h"
@@ -66,7 +67,8 @@ void endLaunch(const std::string &)
 
 void prepareNativePlatform()
 {
-    std::signal(SIGPIPE, SIG_IGN); // whoever reads what we print may go; we stay
+    std::signal(SIGPIPE, SIG_IGN);                             // whoever reads what we print may go; we stay
+    static const UserActivity watch("Keeps the display warm"); // to the end of the process
 }
 
 /// The defaults database has a domain for each application, so the settings need no name of ours.

@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/macos/Text.h"
+
 #import <AppKit/AppKit.h>
 
 /// What a button calls when it is clicked. Buttons do not keep their target alive.
@@ -28,11 +30,6 @@
 namespace orvalen {
 
 namespace {
-
-NSString *text(std::string_view utf8)
-{
-    return [[NSString alloc] initWithBytes:utf8.data() length:utf8.size() encoding:NSUTF8StringEncoding];
-}
 
 /// Notes what is asked for; whether it is something else than what is there.
 template <typename Value>

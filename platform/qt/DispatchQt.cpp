@@ -120,7 +120,8 @@ struct DispatchQt::MainQueue
     Receiver *receiver = nullptr; ///< Null once the application object is gone.
 };
 
-DispatchQt::DispatchQt() : mainQueue(std::make_shared<MainQueue>())
+DispatchQt::DispatchQt(PrepareThread prepareThread)
+    : prepareThread(std::move(prepareThread)), mainQueue(std::make_shared<MainQueue>())
 {
     Q_ASSERT(QCoreApplication::instance());
     mainQueue->receiver = new MainQueue::Receiver(QCoreApplication::instance(), mainQueue);
@@ -165,16 +166,16 @@ std::unique_ptr<RepeatingTask> DispatchQt::repeatOnMain(std::chrono::millisecond
     return std::make_unique<QtRepeatingTask>(timer);
 }
 
-void DispatchQt::concurrently(QualityOfService, Task task)
+void DispatchQt::concurrently(QualityOfService quality, Task task)
 {
-    startThread(std::move(task));
+    startThread(quality, std::move(task));
 }
 
 void DispatchQt::concurrentlyAfter(std::chrono::milliseconds delay, Task task)
 {
     // The thread is made now: at the end of the delay there might be none left to have.
     const auto due = steady_clock::now() + delay;
-    startThread([due, task = std::move(task)] {
+    startThread(QualityOfService::userInitiated, [due, task = std::move(task)] {
         std::this_thread::sleep_until(due);
         task();
     });
@@ -183,6 +184,16 @@ void DispatchQt::concurrentlyAfter(std::chrono::milliseconds delay, Task task)
 std::unique_ptr<ConcurrentQueue> DispatchQt::makeConcurrentQueue(const std::string &label)
 {
     return std::make_unique<QtConcurrentQueue>(label);
+}
+
+void DispatchQt::startThread(QualityOfService quality, Task task)
+{
+    if (!prepareThread)
+        return orvalen::startThread(std::move(task));
+    orvalen::startThread([prepare = prepareThread, quality, task = std::move(task)] {
+        prepare(quality);
+        task();
+    });
 }
 
 } // namespace orvalen

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/Dispatch.h"
@@ -16,7 +17,12 @@ namespace orvalen {
 class DispatchQt : public Dispatch
 {
 public:
-    DispatchQt();
+    /// Makes the calling thread what a quality of service asks for. Must not throw.
+    using PrepareThread = std::function<void(QualityOfService)>;
+
+    /// `prepareThread`, if any, is what each thread of `concurrently` begins with; a delayed task is one that the user
+    /// has initiated, one of a private queue has no quality. Threads keep a copy: it may be called after this is gone.
+    explicit DispatchQt(PrepareThread prepareThread = {});
     ~DispatchQt() override;
 
     void onMain(Task task) override;
@@ -28,6 +34,10 @@ public:
 
 private:
     struct MainQueue;
+    /// A thread of its own for `task`, with its quality.
+    void startThread(QualityOfService quality, Task task);
+
+    PrepareThread prepareThread;
     std::shared_ptr<MainQueue> mainQueue;
 };
 

@@ -10,7 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "mirroring/SecondScreens.h"
-#include "mirroring/UsbReport.h"
+#include "platform/macos/UsbReport.h"
 
 namespace {
 

@@ -230,6 +230,51 @@ TEST_F(DispatchQtTest, backgroundTasksRunOnThreadsOfTheirOwn)
     EXPECT_NE(one.get(), std::this_thread::get_id());
 }
 
+TEST_F(DispatchQtTest, aBackgroundThreadIsPreparedForItsQualityFirst)
+{
+    using Preparation = std::pair<std::thread::id, QualityOfService>;
+    static thread_local std::optional<Preparation> prepared;
+    DispatchQt preparing([](QualityOfService quality) { prepared.emplace(std::this_thread::get_id(), quality); });
+    const auto qualityOf = [](const std::function<void(Task)> &start) {
+        std::promise<std::optional<Preparation>> seen;
+        std::promise<std::thread::id> thread;
+        start([&] {
+            seen.set_value(prepared);
+            thread.set_value(std::this_thread::get_id());
+        });
+        const auto preparation = seen.get_future().get();
+        const auto runner = thread.get_future().get();
+        EXPECT_EQ(preparation ? preparation->first : runner, runner);
+        return preparation ? std::optional(preparation->second) : std::nullopt;
+    };
+
+    for (const auto quality : {QualityOfService::userInitiated, QualityOfService::userInteractive})
+        EXPECT_EQ(qualityOf([&](const Task &task) { preparing.concurrently(quality, task); }), quality);
+    EXPECT_EQ(qualityOf([&](const Task &task) { preparing.concurrentlyAfter(1ms, task); }),
+              QualityOfService::userInitiated);
+    const auto queue = preparing.makeConcurrentQueue("orvalen.pulse");
+    EXPECT_EQ(qualityOf([&](const Task &task) { queue->run(task); }), std::nullopt);
+    EXPECT_EQ(prepared, std::nullopt) << "the thread that asks is none of those";
+}
+
+TEST_F(DispatchQtTest, aThreadIsPreparedEvenWhenTheDispatchHasGoneMeanwhile)
+{
+    std::latch started(1), release(1);
+    std::promise<int> prepared;
+    std::optional<DispatchQt> preparing(std::in_place, [&, canary = std::make_shared<int>(5)](QualityOfService) {
+        started.count_down();
+        release.wait();
+        prepared.set_value(*canary);
+    });
+    std::promise<void> done;
+    preparing->concurrently(QualityOfService::userInitiated, [&] { done.set_value(); });
+    started.wait();
+    preparing.reset();
+    release.count_down();
+    EXPECT_EQ(prepared.get_future().get(), 5);
+    done.get_future().get();
+}
+
 TEST_F(DispatchQtTest, sixtyFourBlockedTasksDoNotKeepTheNextOneWaiting)
 {
     constexpr int blocked = 64;

@@ -12,6 +12,7 @@ add_library(orvalen_macos_objectivec OBJECT
     ${PROJECT_SOURCE_DIR}/platform/macos/ApplicationAppKit.mm
     ${PROJECT_SOURCE_DIR}/platform/macos/GraphicsCopiesMetal.mm
     ${PROJECT_SOURCE_DIR}/platform/macos/StatusBarAppKit.mm
+    ${PROJECT_SOURCE_DIR}/platform/macos/UserActivity.mm
     fakes/AppKit.mm
     fakes/Foundation.mm
     fakes/Metal.mm
@@ -27,7 +28,8 @@ target_compile_options(orvalen_macos_objectivec PRIVATE -Wall -Wextra -Wpedantic
 set_source_files_properties(fakes/ObjectiveC.mm PROPERTIES COMPILE_OPTIONS -fno-objc-arc)
 
 orvalen_macos_test(macos_objectivec_test
-    SOURCES ApplicationAppKitTest.cpp GraphicsCopiesMetalTest.cpp StatusBarAppKitTest.cpp
+    SOURCES ApplicationAppKitTest.cpp GraphicsCopiesMetalTest.cpp StatusBarAppKitTest.cpp UserActivityTest.cpp
     LIBRARIES orvalen_macos_objectivec
 )
-set_target_properties(macos_objectivec_test PROPERTIES LINKER_LANGUAGE CXX)
+# Beside a clang CMake words the header for gcc so that gcc warns of it.
+set_target_properties(macos_objectivec_test PROPERTIES LINKER_LANGUAGE CXX DISABLE_PRECOMPILE_HEADERS ON)

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/platform/macos/fakes/Calls.h"
+
 @implementation NSString {
     std::string utf8;
 }
@@ -44,6 +46,39 @@
     state->itemsPtr = buffer;
     state->mutationsPtr = state->extra; // stays 0: this list does not change
     return given;
+}
+
+@end
+
+/// What a program is at.
+@interface OrvalenFakeActivity : NSObject {
+@public
+    std::string reason;
+}
+@end
+
+@implementation OrvalenFakeActivity
+@end
+
+@implementation NSProcessInfo
+
++ (NSProcessInfo *)processInfo
+{
+    static NSProcessInfo *const theOne = [self new];
+    return theOne;
+}
+
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString *)reason
+{
+    OrvalenFakeActivity *const activity = [OrvalenFakeActivity new];
+    activity->reason = reason.UTF8String;
+    orvalen::fake::note("beginActivity %#llx %s", static_cast<unsigned long long>(options), reason.UTF8String);
+    return activity;
+}
+
+- (void)endActivity:(id<NSObject>)activity
+{
+    orvalen::fake::note("endActivity " + static_cast<OrvalenFakeActivity *>(activity)->reason);
 }
 
 @end

@@ -4,6 +4,7 @@
 
 #include <Availability.h>
 #include <stddef.h>
+#include <stdint.h>
 
 #ifdef __LP64__
 typedef long NSInteger;
@@ -54,4 +55,15 @@ typedef struct
 
 @interface NSArray<__covariant ObjectType> : NSObject <NSFastEnumeration>
 - (instancetype)initWithObjects:(const ObjectType[])objects count:(NSUInteger)cnt;
+@end
+
+typedef enum : uint64_t
+{
+    NSActivityUserInitiatedAllowingIdleSystemSleep = 0x00EFFFFF
+} NSActivityOptions;
+
+@interface NSProcessInfo : NSObject
+@property(class, readonly, strong) NSProcessInfo *processInfo;
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString *)reason;
+- (void)endActivity:(id<NSObject>)activity;
 @end

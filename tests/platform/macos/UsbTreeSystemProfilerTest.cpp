@@ -1,4 +1,4 @@
-#include "mirroring/UsbTreeSystemProfiler.h"
+#include "platform/macos/UsbTreeSystemProfiler.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "mirroring/UsbReport.h"
+#include "platform/macos/UsbReport.h"
 
 #include <gmock/gmock.h>
 

@@ -1,8 +1,8 @@
-#include "mirroring/UsbTreeSystemProfiler.h"
+#include "platform/macos/UsbTreeSystemProfiler.h"
 
 #include <system_error>
 
-#include "mirroring/UsbReport.h"
+#include "platform/macos/UsbReport.h"
 
 namespace orvalen {
 

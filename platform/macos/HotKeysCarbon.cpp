@@ -1,0 +1,91 @@
+#include "platform/macos/HotKeysCarbon.h"
+
+#include <Carbon/Carbon.h>
+
+#include <utility>
+
+namespace orvalen {
+
+namespace {
+
+static_assert(HotKey::commandKey == cmdKey && HotKey::optionKey == optionKey);
+
+/// The key that was pressed; nothing where the event does not tell.
+std::optional<HotKeyId> identifierIn(EventRef event)
+{
+    EventHotKeyID pressed{};
+    if (GetEventParameter(event, kEventParamDirectObject, typeEventHotKeyID, nullptr, sizeof pressed, nullptr,
+                          &pressed) != noErr)
+        return std::nullopt;
+    return HotKeyId{pressed.signature, pressed.id};
+}
+
+OSStatus hotKeyPressed(EventHandlerCallRef, EventRef event, void *userData)
+{
+    if (!event)
+        return noErr;
+    const auto handler = *static_cast<const HotKeys::Handler *>(userData); // it may give itself back
+    return handler(identifierIn(event)) ? noErr : eventNotHandledErr;
+}
+
+class InstalledHandler : public HotKeyHandle
+{
+public:
+    explicit InstalledHandler(HotKeys::Handler handler) : handler(std::move(handler)) {}
+    InstalledHandler(const InstalledHandler &) = delete;
+    InstalledHandler &operator=(const InstalledHandler &) = delete;
+    ~InstalledHandler() override
+    {
+        if (reference)
+            RemoveEventHandler(reference);
+    }
+
+    [[nodiscard]] bool install(EventTargetRef target)
+    {
+        const EventTypeSpec presses{kEventClassKeyboard, kEventHotKeyPressed};
+        EventHandlerRef installed = nullptr;
+        if (InstallEventHandler(target, hotKeyPressed, 1, &presses, &handler, &installed) != noErr)
+            return false;
+        reference = installed;
+        return true;
+    }
+
+private:
+    HotKeys::Handler handler;
+    EventHandlerRef reference = nullptr;
+};
+
+class RegisteredHotKey : public HotKeyHandle
+{
+public:
+    explicit RegisteredHotKey(EventHotKeyRef reference) : reference(reference) {}
+    RegisteredHotKey(const RegisteredHotKey &) = delete;
+    RegisteredHotKey &operator=(const RegisteredHotKey &) = delete;
+    ~RegisteredHotKey() override { UnregisterEventHotKey(reference); }
+
+private:
+    const EventHotKeyRef reference;
+};
+
+} // namespace
+
+std::unique_ptr<HotKeyHandle> HotKeysCarbon::installHandler(Handler handler)
+{
+    auto installed = std::make_unique<InstalledHandler>(std::move(handler));
+    auto *const target = GetApplicationEventTarget();
+    if (!target || !installed->install(target))
+        return nullptr;
+    return installed;
+}
+
+std::unique_ptr<HotKeyHandle> HotKeysCarbon::registerHotKey(const HotKey &key)
+{
+    auto *const target = GetApplicationEventTarget();
+    EventHotKeyRef reference = nullptr;
+    if (!target || RegisterEventHotKey(key.keyCode, key.modifiers, {key.identifier.signature, key.identifier.id},
+                                       target, kEventHotKeyNoOptions, &reference) != noErr)
+        return nullptr;
+    return std::make_unique<RegisteredHotKey>(reference);
+}
+
+} // namespace orvalen

@@ -1,0 +1,53 @@
+#include "platform/macos/ProgramInstanceAppleEvents.h"
+
+#include <Carbon/Carbon.h>
+
+#include <utility>
+
+namespace orvalen {
+
+namespace {
+
+OSErr reopened(const AppleEvent *, AppleEvent *, SRefCon instance)
+{
+    static_cast<ProgramInstanceAppleEvents *>(instance)->reopen();
+    return noErr;
+}
+
+} // namespace
+
+ProgramInstanceAppleEvents::~ProgramInstanceAppleEvents()
+{
+    if (isInstalled)
+        AERemoveEventHandler(kCoreEventClass, kAEReopenApplication, reopened, false);
+}
+
+bool ProgramInstanceAppleEvents::begin()
+{
+    install();
+    return true;
+}
+
+void ProgramInstanceAppleEvents::serve(Requests answers)
+{
+    requests = std::move(answers);
+    install(); // again, over what AppKit has put in the place of it
+    for (; waiting > 0; --waiting)
+        requests.activate({});
+}
+
+void ProgramInstanceAppleEvents::reopen()
+{
+    if (requests.activate)
+        requests.activate({});
+    else
+        ++waiting;
+}
+
+void ProgramInstanceAppleEvents::install()
+{
+    if (AEInstallEventHandler(kCoreEventClass, kAEReopenApplication, reopened, this, false) == noErr)
+        isInstalled = true;
+}
+
+} // namespace orvalen
