@@ -12,4 +12,5 @@ install(TARGETS orvalen BUNDLE DESTINATION .)
 # looks for the server as the program does.
 set_target_properties(orvalen-simulated PROPERTIES
     RUNTIME_OUTPUT_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/simulated")
+file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
 file(CREATE_LINK Orvalen.app/Contents/Resources "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Resources" SYMBOLIC)
