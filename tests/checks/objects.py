@@ -11,6 +11,7 @@ import plistlib
 import re
 import struct
 import sys
+from xml.parsers.expat import ExpatError
 
 from sources import source_files
 
@@ -66,7 +67,7 @@ def wrong_with_bundle(build):
         with open(path, 'rb') as file:
             content = file.read()
         plist = plistlib.loads(content)
-    except (OSError, plistlib.InvalidFileException, ValueError) as error:
+    except (OSError, plistlib.InvalidFileException, ValueError, ExpatError) as error:
         yield 'Info.plist: %s' % error
         return
     if b'${' in content or re.search(rb'@\w+@', content):

@@ -2,6 +2,7 @@
 # Apple silicon; what stands in for the Mac's headers is made by headers.cmake. Nothing can be linked or run.
 #
 #   cmake --preset macos-objects && ninja -C build/macos-objects objects
+cmake_minimum_required(VERSION 3.25)
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_PROCESSOR arm64)
 set(CMAKE_OSX_ARCHITECTURES arm64)

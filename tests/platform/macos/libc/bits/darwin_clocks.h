@@ -1,5 +1,6 @@
 // The clocks of Darwin, with its numbers.
-typedef enum {
+typedef enum
+{
     CLOCK_REALTIME = 0,
     CLOCK_MONOTONIC_RAW = 4,
     CLOCK_MONOTONIC_RAW_APPROX = 5,
