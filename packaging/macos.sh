@@ -56,7 +56,7 @@ lockMacBuild() {
 }
 
 lockNinth() {
-    perl -MFcntl=:flock -e "open(my \$lock, '>>&=', 9) && flock(\$lock, LOCK_EX | $1) or exit 1"
+    perl -MFcntl=:flock -e "open(my \$lock, '>>&=', 9) or exit 1; flock(\$lock, LOCK_EX | $1) or exit 1"
 }
 
 releaseMacBuild() {
