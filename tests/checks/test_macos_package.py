@@ -345,7 +345,8 @@ class Mac:
         binary(icu / 'libicudata.78.dylib', name='%s/libicudata.78.dylib' % icu)
         (icu / 'libicudata.78.dylib').chmod(0o444)
         for plugin in ('platforms/libqcocoa.dylib', 'styles/libqmacstyle.dylib', 'imageformats/libqpdf.dylib'):
-            binary(self.brew / 'share/qt/plugins' / plugin, [core], ['@loader_path/../../../../lib'])
+            binary(self.brew / 'share/qt/plugins' / plugin, [core], ['@loader_path/../../../../lib'],
+                   Path(plugin).name)  # the name of its own is nothing that it needs
         commands.environment['BREW'] = str(self.brew)
         for name, text in (('otool', OTOOL), ('install_name_tool', INSTALL_NAME_TOOL)):
             commands.write(name, text % {'python': sys.executable})
