@@ -68,21 +68,13 @@ bounded() {
     perl -e 'alarm shift; exec @ARGV or exit 127' "$limit" "$@"
 }
 
-# The benchmarks, here and below, measure a Linux desktop.
-configureForRun() {
-    if [ -e "$root/build/release/CMakeCache.txt" ]; then # a folder that ./test has prepared stays as it is
-        configurePreset release -DORVALEN_BENCH=OFF
-    else
-        configurePreset release -DORVALEN_BENCH=OFF -DORVALEN_TESTS=OFF
-    fi
-}
-
 # Builds the program and opens its bundle. Not the program itself: what the user grants would count for the terminal then.
 runOnMac() {
     # shellcheck disable=SC2086 # words
     installMacPackages $macBuildPackages || return 1
     lockMacBuild || return 1
-    if ! configureForRun || ! ninja -C "$root/build/release" orvalen orvalen-stream-server; then
+    if ! configurePreset release -DORVALEN_BENCH=OFF -DORVALEN_TESTS=OFF ||
+        ! ninja -C "$root/build/release" orvalen orvalen-stream-server; then
         echo "Orvalen could not be built." >&2
         return 1
     fi
@@ -104,15 +96,21 @@ macChecks() {
 }
 
 buildOnMac() {
-    configurePreset release -DORVALEN_TESTS=ON -DORVALEN_BENCH=OFF && bounded ninja -k 0 -C build/release
+    configurePreset release -DORVALEN_BENCH=OFF -DORVALEN_TESTS=OFF && bounded ninja -k 0 -C build/release
+}
+
+# The tests of the adapters and of the window drive Linux; those of the rules and of the stream server, any Unix.
+buildRulesOnMac() {
+    cmake --preset debug --fresh -B build/rules -DORVALEN_RULES_ONLY=ON -DORVALEN_TESTS=ON &&
+        bounded ninja -k 0 -C build/rules
 }
 
 macUnits() {
-    bounded ctest --test-dir build/release --output-on-failure --no-tests=error -j"$(sysctl -n hw.ncpu)" \
+    bounded ctest --test-dir build/rules --output-on-failure --no-tests=error -j"$(sysctl -n hw.ncpu)" \
         --output-junit "$results/units.xml"
 }
 
-# What a Mac can run of the tests: the checks of the tree and the units. The suites of whole programs drive a Linux desktop.
+# What a Mac can run of the tests. The suites of whole programs, and the benchmarks, drive a Linux desktop.
 testOnMac() {
     python=$root/build/python/bin/python
     results=$root/build/results
@@ -122,9 +120,8 @@ testOnMac() {
 
     if step packages 1800 installForMacTests; then
         step checks 120 macChecks
-        if step build-release 1800 buildOnMac; then
-            step units 600 macUnits
-        fi
+        step build-release 1800 buildOnMac
+        step build-rules 1800 buildRulesOnMac && step units 600 macUnits
     fi
 
     echo

@@ -98,15 +98,6 @@ def test_run_builds_the_program_and_opens_its_bundle(mac):
     assert installed(mac) == []
 
 
-def test_run_leaves_the_tests_of_a_prepared_folder_on(mac):
-    cache = mac.root / 'build/release/CMakeCache.txt'
-    cache.parent.mkdir(parents=True)
-    cache.write_text('CMAKE_HOME_DIRECTORY:INTERNAL=%s\n' % mac.root)
-    assert mac.start('run').returncode == 0
-    assert mac.calls('brew')[0] == ['cmake', '--preset', 'release', '-DORVALEN_BENCH=OFF']
-    assert cache.exists()
-
-
 def test_run_installs_what_is_missing_and_nothing_else(mac):
     assert mac.start('run', MISSING='ninja qtsvg').returncode == 0
     assert installed(mac) == [['--formula', 'ninja', 'qtsvg']]
@@ -156,16 +147,18 @@ def test_a_second_build_waits_for_the_first_and_the_program_holds_no_lock(mac):
 def test_test_checks_builds_and_counts(mac):
     run = mac.start('test', MISSING=' '.join(TEST_PACKAGES))
     assert (run.returncode, run.stderr) == (0, '')
-    assert run.stdout.splitlines()[-1] == '5 passed, 0 failed'
+    assert run.stdout.splitlines()[-1] == '6 passed, 0 failed'
     assert installed(mac) == [['--formula', *TEST_PACKAGES]]
     assert mac.calls('brew', 'sysctl') == [
         ['python3', '-m', 'venv', 'ROOT/build/python'],
         ['python', '-c', 'import numpy, pytest, yaml'],
         ['python', '-m', 'pytest', '--rootdir', 'tests/checks', '-c', 'tests/checks/pytest.ini', '--junitxml',
          'ROOT/build/results/checks.xml', 'tests/checks'],
-        ['cmake', '--preset', 'release', '-DORVALEN_TESTS=ON', '-DORVALEN_BENCH=OFF'],
+        ['cmake', '--preset', 'release', '-DORVALEN_BENCH=OFF', '-DORVALEN_TESTS=OFF'],
         ['ninja', '-k', '0', '-C', 'build/release'],
-        ['ctest', '--test-dir', 'build/release', '--output-on-failure', '--no-tests=error', '-j8', '--output-junit',
+        ['cmake', '--preset', 'debug', '--fresh', '-B', 'build/rules', '-DORVALEN_RULES_ONLY=ON', '-DORVALEN_TESTS=ON'],
+        ['ninja', '-k', '0', '-C', 'build/rules'],
+        ['ctest', '--test-dir', 'build/rules', '--output-on-failure', '--no-tests=error', '-j8', '--output-junit',
          'ROOT/build/results/units.xml'],
         ['python', 'tests/checks/count.py', 'ROOT/build/results'],
     ]
@@ -179,14 +172,14 @@ def test_test_gets_the_modules_that_its_python_lacks(mac):
 def test_a_failed_case_is_counted_and_the_status_says_so(mac):
     run = mac.start('test', FAILURE='<failure/>')
     assert run.returncode == 1
-    assert run.stdout.splitlines()[-2:] == ['Failed: units: c.d', '4 passed, 1 failed']
+    assert run.stdout.splitlines()[-2:] == ['Failed: units: c.d', '5 passed, 1 failed']
 
 
 def test_a_build_that_breaks_is_counted_and_its_tests_are_not_run(mac):
-    mac.commands.add('ninja', 'exit 1')
+    mac.commands.add('ninja', '[ "${!#}" = build/release ]')
     run = mac.start('test')
     assert run.returncode == 1
-    assert run.stdout.splitlines()[-2:] == ['Failed: build-release (status 1)', '2 passed, 1 failed']
+    assert run.stdout.splitlines()[-2:] == ['Failed: build-rules (status 1)', '3 passed, 1 failed']
     assert 'ctest' not in [call[0] for call in mac.calls()]
 
 
