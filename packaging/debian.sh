@@ -26,12 +26,12 @@ testPackages=(
     "${virtualDesktopPackages[@]}"
     libgtest-dev libgmock-dev libbenchmark-dev libxcb-xtest0-dev libxtst6
     clang clang-format clang-tidy libclang-rt-14-dev
-    python3 python3-pytest python3-numpy python3-yaml python3-gi gir1.2-atspi-2.0 at-spi2-core
+    python3 python3-pytest python3-numpy python3-gi gir1.2-atspi-2.0 at-spi2-core
     mesa-vulkan-drivers
     pipewire pipewire-pulse wireplumber libcanberra-pulse pulseaudio-utils sound-theme-freedesktop sox
     git xdotool xclip
     lxqt-panel trayer x11-session-utils x11-xserver-utils python3-dbusmock systemd libglib2.0-bin desktop-file-utils
-    tidy python3-html5lib poppler-utils librsvg2-bin
+    tidy python3-html5lib python3-yaml poppler-utils librsvg2-bin
     iproute2 curl avahi-daemon espeak-ng
     chromium chromium-driver python3-selenium zbar-tools
     stress-ng
