@@ -17,7 +17,7 @@ findHomebrew() {
         PATH=/opt/homebrew/bin:$PATH
     fi
     command -v brew >/dev/null && return
-    echo "Homebrew is missing, from which Qt and the other libraries come. Install it as brew.sh tells, then start this again." >&2
+    echo "Homebrew is missing, where Qt and the other libraries come from: install it as brew.sh tells, then try again." >&2
     return 1
 }
 

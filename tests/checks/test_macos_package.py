@@ -333,13 +333,13 @@ class Mac:
         self.app = folder / 'some where/Orvalen.app'
         contents = self.app / 'Contents'
         (contents / 'Frameworks').mkdir(parents=True)
-        (contents / 'Info.plist').write_bytes(plistlib.dumps({'CFBundleExecutable': 'Orvalen', 'LSMinimumSystemVersion': '13.0'}))
+        (contents / 'Info.plist').write_bytes(plistlib.dumps(
+            {'CFBundleExecutable': 'Orvalen', 'LSMinimumSystemVersion': '13.0'}))
         icu = self.brew / 'opt/icu4c/lib'
         core = '@rpath/QtCore.framework/Versions/A/QtCore'
         binary(contents / 'MacOS/Orvalen', [core, '%s/libicuuc.78.dylib' % icu, '/System/Library/Frameworks/AppKit'],
                ['%s/lib' % self.brew])
         binary(contents / 'Resources/orvalen-stream-server')
-        binary(contents / ['%s/opt/icu4c/lib/libicuuc.78.dylib' % self.brew])
         binary(self.brew / 'lib/QtCore.framework/Versions/A/QtCore', name=core, minos='14.0')
         binary(icu / 'libicuuc.78.dylib', ['@loader_path/libicudata.78.dylib'], name='%s/libicuuc.78.dylib' % icu)
         binary(icu / 'libicudata.78.dylib', name='%s/libicudata.78.dylib' % icu)
