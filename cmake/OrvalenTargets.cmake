@@ -4,13 +4,25 @@ include(GNUInstallDirs)
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_OBJCXX_STANDARD 20)
+set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
+set(CMAKE_OBJCXX_EXTENSIONS OFF)
 set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG") # small before fast: what is hot here is a lock and a copy
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 # The build tree is laid out like the installed one, so a program finds its neighbours the same way in both.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
-set(ORVALEN_LIBEXEC_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/libexec/orvalen")
+if(APPLE) # the server belongs to the application's bundle
+    set(ORVALEN_BUNDLE "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Orvalen.app/Contents")
+    set(ORVALEN_LIBEXEC_OUTPUT_DIRECTORY "${ORVALEN_BUNDLE}/Resources")
+    set(ORVALEN_LIBEXEC_DESTINATION "Orvalen.app/Contents/Resources")
+    set(ORVALEN_DROP_UNUSED -Wl,-dead_strip)
+else()
+    set(ORVALEN_LIBEXEC_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/libexec/orvalen")
+    set(ORVALEN_LIBEXEC_DESTINATION "${ORVALEN_LIBEXEC_DESTINATION}")
+    set(ORVALEN_DROP_UNUSED -Wl,--gc-sections)
+endif()
 set(ORVALEN_TEST_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
 
 find_package(Threads REQUIRED)
@@ -21,7 +33,7 @@ function(orvalen_common target)
         $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local -Wduplicated-cond -Wlogical-op>)
     # Pages that are never read need no memory: each function can be left out, and is where nobody calls it.
     target_compile_options(${target} PRIVATE -ffunction-sections -fdata-sections)
-    target_link_options(${target} PRIVATE -Wl,--gc-sections)
+    target_link_options(${target} PRIVATE ${ORVALEN_DROP_UNUSED})
     if(ORVALEN_SANITIZE)
         # What the sanitizers insert makes gcc see uninitialised members in moved std::optionals.
         target_compile_options(${target} PRIVATE -fsanitize=${ORVALEN_SANITIZE} -fno-omit-frame-pointer
@@ -80,4 +92,27 @@ function(orvalen_test name)
         endif()
     endforeach()
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
+endfunction()
+
+# The targets of `folder` and of those below it, into `targets`.
+function(orvalen_targets_below folder targets)
+    get_property(found DIRECTORY "${folder}" PROPERTY BUILDSYSTEM_TARGETS)
+    get_property(subfolders DIRECTORY "${folder}" PROPERTY SUBDIRECTORIES)
+    foreach(subfolder IN LISTS subfolders)
+        orvalen_targets_below("${subfolder}" below)
+        list(APPEND found ${below})
+    endforeach()
+    set(${targets} ${found} PARENT_SCOPE)
+endfunction()
+
+# orvalen_objects()   A target `objects`: all that is compiled, and nothing put together from it.
+function(orvalen_objects)
+    orvalen_targets_below("${PROJECT_SOURCE_DIR}" targets)
+    foreach(target IN LISTS targets)
+        get_target_property(type ${target} TYPE)
+        if(type MATCHES "^(STATIC_LIBRARY|OBJECT_LIBRARY|EXECUTABLE)$")
+            list(APPEND objects $<TARGET_OBJECTS:${target}>)
+        endif()
+    endforeach()
+    add_custom_target(objects DEPENDS ${objects})
 endfunction()

@@ -1,7 +1,9 @@
 #include "core/Decimals.h"
 
-#include <array>
-#include <charconv>
+#include <ios>
+#include <locale>
+#include <sstream>
+#include <utility>
 
 namespace orvalen {
 
@@ -9,9 +11,11 @@ namespace {
 
 std::string withDecimals(double value, int decimals)
 {
-    std::array<char, 400> text{}; // the longest double has 309 digits before the point
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, decimals);
-    return {text.data(), end.ptr};
+    std::ostringstream text; // std::to_chars, which does this, is newer than the oldest macOS that we run on
+    text.imbue(std::locale::classic());
+    text.precision(decimals);
+    text << std::fixed << value;
+    return std::move(text).str();
 }
 
 } // namespace

@@ -26,6 +26,7 @@ testPackages=(
     "${virtualDesktopPackages[@]}"
     libgtest-dev libgmock-dev libbenchmark-dev libxcb-xtest0-dev libxtst6
     clang clang-format clang-tidy libclang-rt-14-dev
+    clang-19 libc++-19-dev libc++abi-19-dev musl-dev
     python3 python3-pytest python3-numpy python3-gi gir1.2-atspi-2.0 at-spi2-core
     mesa-vulkan-drivers
     pipewire pipewire-pulse wireplumber libcanberra-pulse pulseaudio-utils sound-theme-freedesktop sox

@@ -8,8 +8,9 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
-#include <sys/ioctl.h>
 #include <sys/socket.h>
+
+#include "platform/posix/StreamSocket.h"
 
 namespace orvalen {
 
@@ -57,6 +58,7 @@ bool advance(std::span<iovec> &pieces, std::size_t sent)
 Peer::Peer(Descriptor socket, const Patience &patience) : socket(std::move(socket)), patience(patience)
 {
     setOption(this->socket, SOL_SOCKET, SO_KEEPALIVE, 1);
+    stream_socket::quieten(this->socket.get());
 }
 
 std::ptrdiff_t Peer::receive(std::span<char> room, Clock::time_point deadline)
@@ -86,7 +88,7 @@ bool Peer::send(std::span<iovec> pieces, const std::function<bool()> &mustHurry)
         msghdr message = {};
         message.msg_iov = pieces.data();
         message.msg_iovlen = static_cast<decltype(message.msg_iovlen)>(pieces.size());
-        const auto sent = ::sendmsg(socket.get(), &message, MSG_NOSIGNAL | MSG_DONTWAIT);
+        const auto sent = stream_socket::sendNow(socket.get(), message);
         if (sent < 0 && errno == EINTR)
             continue;
         if (sent < 0 && errno != EAGAIN)
@@ -126,8 +128,7 @@ bool Peer::waitUntilTaken()
 
 int Peer::unacknowledged() const
 {
-    int bytes = 0;
-    return ::ioctl(socket.get(), TIOCOUTQ, &bytes) == 0 ? bytes : std::numeric_limits<int>::max();
+    return stream_socket::unacknowledged(socket.get()).value_or(std::numeric_limits<int>::max());
 }
 
 bool Peer::waitUntilWritable(const std::function<bool()> &isInTime)

@@ -27,13 +27,13 @@ JPEG = re.compile(r'(turbojpeg|jpeglib)\.h$')
 LINUX = re.compile(
     r'(linux|asm|asm-generic|bits|systemd|libudev|dbus|xcb|X11|xkbcommon|vulkan|pipewire|spa|alsa|pulse)(/.*|\.h)$|'
     r'(wayland-|libei|canberra|fontconfig/|sensors/|libspeechd|speech-dispatcher/|gio/|glib).*$|'
-    r'(endian|byteswap|malloc|features|mntent|values)\.h$|'
+    r'(endian|byteswap|elf|error|features|link|malloc|mntent|mqueue|pty|shadow|stdio_ext|syscall|threads|uchar|values)\.h$|'
     r'sys/(epoll|eventfd|inotify|fanotify|signalfd|timerfd|prctl|sysinfo|sendfile|syscall|statfs|vfs|xattr|random|auxv|'
     r'personality|capability|sysmacros|klog|mount)\.h$')
 MACOS = re.compile(
-    r'(AppKit|ApplicationServices|Carbon|Cocoa|CoreFoundation|CoreGraphics|CoreImage|Foundation|IOKit|Metal|mach|objc|os|'
-    r'dispatch|AVFoundation|ScreenCaptureKit)/.*$|'
-    r'(TargetConditionals|Availability|AvailabilityMacros|libproc|xpc)\.h$|sys/(event|sysctl)\.h$')
+    r'(AppKit|ApplicationServices|Carbon|Cocoa|CoreFoundation|CoreGraphics|CoreImage|CoreServices|Foundation|IOKit|Metal|QuartzCore|'
+    r'Security|AVFoundation|ScreenCaptureKit|dispatch|libkern|mach|mach-o|malloc|objc|os|pthread|xpc)/.*$|'
+    r'(TargetConditionals|Availability|AvailabilityMacros|libproc|notify|xlocale)\.h$|sys/(event|qos|sysctl)\.h$')
 
 
 def library_of(header):

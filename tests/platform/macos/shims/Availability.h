@@ -3,7 +3,7 @@
 
 #define __MAC_OS_X_VERSION_MAX_ALLOWED 150000
 
-#if defined(__APPLE__) && defined(__clang__)
+#ifdef __clang__ // for other systems it has no meaning, and no harm
 #define ORVALEN_MACOS_SINCE(version) __attribute__((availability(macos, introduced = version)))
 #define ORVALEN_MACOS_UNTIL(since, version, message)                                                                   \
     __attribute__((availability(macos, introduced = since, deprecated = version, message = message)))

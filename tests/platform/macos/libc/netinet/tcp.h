@@ -1,0 +1,32 @@
+#pragma once
+
+#include_next <netinet/tcp.h>
+
+#undef TCP_CONGESTION
+#undef TCP_COOKIE_TRANSACTIONS
+#undef TCP_CORK
+#undef TCP_DEFER_ACCEPT
+#undef TCP_FASTOPEN_CONNECT
+#undef TCP_INFO
+#undef TCP_INQ
+#undef TCP_KEEPCNT
+#undef TCP_KEEPIDLE
+#undef TCP_KEEPINTVL
+#undef TCP_LINGER2
+#undef TCP_NOTSENT_LOWAT
+#undef TCP_QUICKACK
+#undef TCP_REPAIR
+#undef TCP_SYNCNT
+#undef TCP_THIN_DUPACK
+#undef TCP_THIN_LINEAR_TIMEOUTS
+#undef TCP_TIMESTAMP
+#undef TCP_ULP
+#undef TCP_USER_TIMEOUT
+#undef TCP_WINDOW_CLAMP
+#undef TCP_ZEROCOPY_RECEIVE
+
+// Darwin's numbers.
+#define TCP_KEEPALIVE 0x10
+#define TCP_KEEPINTVL 0x101
+#define TCP_KEEPCNT 0x102
+#define TCP_NOTSENT_LOWAT 0x201
