@@ -32,7 +32,7 @@ testPackages=(
     pipewire pipewire-pulse wireplumber libcanberra-pulse pulseaudio-utils sound-theme-freedesktop sox
     git xdotool xclip
     lxqt-panel trayer x11-session-utils x11-xserver-utils python3-dbusmock systemd libglib2.0-bin desktop-file-utils
-    tidy python3-html5lib poppler-utils
+    tidy python3-html5lib python3-yaml poppler-utils librsvg2-bin
     iproute2 curl avahi-daemon espeak-ng
     chromium chromium-driver python3-selenium zbar-tools
     stress-ng

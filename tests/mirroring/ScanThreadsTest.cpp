@@ -20,6 +20,11 @@ namespace {
 class RealThreads : public Dispatch
 {
 public:
+    ~RealThreads() override
+    {
+        for (auto &thread : threads)
+            thread.join();
+    }
     void onMain(Task task) override
     {
         const std::scoped_lock guard(lock);
@@ -55,7 +60,7 @@ private:
     std::mutex lock;
     std::condition_variable changed;
     std::deque<Task> main;
-    std::vector<std::jthread> threads; ///< Last, so that they end first.
+    std::vector<std::thread> threads;
 };
 
 TEST(ScanThreads, scansAtOnceEndInAListEach)

@@ -12,6 +12,9 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/uio.h>
+
+#include "platform/posix/StreamSocket.h"
 
 namespace orvalen {
 namespace {
@@ -49,11 +52,22 @@ struct Ends
         EXPECT_EQ(::listen(listener.get(), 1), 0);
         EXPECT_EQ(::getsockname(listener.get(), reinterpret_cast<sockaddr *>(&address), &length), 0);
         client = Descriptor(::socket(AF_INET, SOCK_STREAM, 0));
+        stream_socket::quieten(client.get());
         const int small = 16 * 1024;
         ::setsockopt(client.get(), SOL_SOCKET, SO_RCVBUF, &small, sizeof small);
         EXPECT_EQ(::connect(client.get(), reinterpret_cast<sockaddr *>(&address), length), 0);
         server = Descriptor(::accept(listener.get(), nullptr, nullptr));
         ::fcntl(server.get(), F_SETFL, O_NONBLOCK);
+    }
+
+    /// How much of it went from the client to the server.
+    [[nodiscard]] ssize_t send(std::string_view text) const
+    {
+        iovec part{const_cast<char *>(text.data()), text.size()};
+        msghdr message = {};
+        message.msg_iov = &part;
+        message.msg_iovlen = 1;
+        return stream_socket::sendNow(client.get(), message);
     }
 
     Descriptor client;
@@ -82,10 +96,7 @@ protected:
     /// Bounds and pictures are set before.
     void serve() { started.set_value(); }
 
-    void say(std::string_view text)
-    {
-        ASSERT_EQ(::send(ends.client.get(), text.data(), text.size(), MSG_NOSIGNAL), ssize_t(text.size()));
-    }
+    void say(std::string_view text) { ASSERT_EQ(ends.send(text), ssize_t(text.size())); }
 
     /// Everything until the server closes, or `enough` has come.
     std::string hear(std::string_view enough = {})
@@ -178,7 +189,7 @@ TEST_F(ConnectionTest, whoDripsIsLetGo)
     serve();
     const std::string head = "GET / HTTP/1.1\r\nCookie: " + std::string(8'000, 'c');
     std::size_t said = 0;
-    while (said < head.size() && ::send(ends.client.get(), &head[said], 1, MSG_NOSIGNAL) == 1 && !isServed) {
+    while (said < head.size() && ends.send({&head[said], 1}) == 1 && !isServed) {
         ++said;
         pollfd waiting{ends.client.get(), POLLIN, 0};
         if (poll(&waiting, 1, 20) > 0)
