@@ -101,7 +101,8 @@ static_assert(is<decltype(CFPreferencesAppSynchronize), Boolean(CFStringRef)>);
 // Core Graphics
 static_assert(is<std::underlying_type_t<CGEventSourceStateID>, std::int32_t>);
 static_assert(is<std::underlying_type_t<CGEventType>, std::uint32_t>);
-static_assert(kCGEventSourceStateCombinedSessionState == 0);
+static_assert(kCGEventSourceStatePrivate == -1 && kCGEventSourceStateCombinedSessionState == 0 &&
+              kCGEventSourceStateHIDSystemState == 1 && kCGEventNull == 0);
 static_assert(static_cast<std::uint32_t>(kCGAnyInputEventType) == 0xFFFFFFFF);
 static_assert(is<decltype(CGEventSourceSecondsSinceLastEventType), CFTimeInterval(CGEventSourceStateID, CGEventType)>);
 static_assert(is<decltype(CGPreflightScreenCaptureAccess), bool()>);

@@ -39,7 +39,7 @@ static_assert(
 static_assert(is<decltype([NSProcessInfo.processInfo endActivity:static_cast<id<NSObject>>(nil)]), void>);
 
 // AppKit: the status item
-static_assert(isAs<NSCellImagePosition, NSUInteger> && NSImageLeft == 2);
+static_assert(isAs<NSCellImagePosition, NSUInteger> && NSNoImage == 0 && NSImageOnly == 1 && NSImageLeft == 2);
 static_assert(isA<decltype([NSImage imageWithSystemSymbolName:static_cast<NSString *>(nil)
                                      accessibilityDescription:static_cast<NSString *>(nil)]),
                   NSImage *>);

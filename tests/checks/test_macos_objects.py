@@ -110,6 +110,21 @@ def test_headers_that_a_mac_lacks_are_not_found(compiler):
     assert compiler(includes, [])[1] == ''
 
 
+# What a declaration gives a name to: a function, a constant, a method, a property.
+DECLARED = [r'^(?!typedef|static|return|#)[A-Za-z][\w ]*[ *](\w+)\([^;{]*\)[^;{]*;', r'^ {4}(\w+)(?: ORVALEN\w+\([^)]*\))? = ', r'^[-+] \([^)]*\)(\w+)',
+            r'^@property.*?\*?(\w+)(?: ORVALEN\w+\([^)]*\)| __attribute__.*)?;']
+# The runtime's own, without which nothing would compile, and what has a day from which on it may, or may not, be called.
+UNCOMPARED = {'alloc', 'new', 'init', 'dealloc', 'count', 'initWithObjects', 'countByEnumeratingWithState', 'activate',
+              'activateIgnoringOtherApps', '__CFStringMakeConstantString'}
+
+
+def test_the_contract_compares_all_that_our_declarations_say():
+    contract = ''.join((ROOT / 'platform/macos' / name).read_text() for name in ('SystemContract.cpp', 'SystemContract.mm'))
+    for header in sorted((ROOT / 'tests/platform/macos/declarations').rglob('*.h')):
+        declared = {name for pattern in DECLARED for name in re.findall(pattern, header.read_text(), re.MULTILINE)}
+        assert [name for name in sorted(declared - UNCOMPARED) if not re.search(r'\b%s\b' % name, contract)] == [], header
+
+
 MACH_O = struct.pack('<IIII', objects.MACH_O_64, objects.ARM64, 0, objects.OBJECT)
 ELF = b'\x7fELF' + bytes(12)
 PLIST = '''<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict><key>CFBundleExecutable</key><string>Orvalen</string>
