@@ -15,7 +15,7 @@ public:
     [[nodiscard]] virtual bool readBool(std::string_view key) = 0;     ///< false when absent or no truth value.
     [[nodiscard]] virtual double readDouble(std::string_view key) = 0; ///< 0.0 when absent or no number.
 
-    /// On disk when the call returns, whole or not at all.
+    /// When the call returns, what was written outlives the process: whole or not at all.
     virtual void writeBool(std::string_view key, bool value) = 0;
     virtual void writeDouble(std::string_view key, double value) = 0;
 };
