@@ -3,6 +3,7 @@
 #include <csignal>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "app/NativePlatform.h"
 #include "platform/macos/ApplicationAppKit.h"
@@ -55,9 +56,10 @@ std::string streamServer()
 
 } // namespace
 
-std::unique_ptr<ProgramInstance> nativeProgramInstance(std::string)
+std::unique_ptr<ProgramInstance> nativeProgramInstance(std::string name)
 {
-    return std::make_unique<ProgramInstanceAppleEvents>(); // the bundle's identifier tells programs apart
+    static ChildProcessesPosix processes; // to the end of the process
+    return std::make_unique<ProgramInstanceAppleEvents>(std::move(name), processes);
 }
 
 void endLaunch(const std::string &)

@@ -11,9 +11,11 @@ class ApplicationAppKit : public Application
 public:
     void setActivationPolicy(ActivationPolicy policy) override;
 
-    /// From macOS 14 on the system decides whether the user is disturbed in another application.
+    /// Unhides the application, too, and with it its windows. From macOS 14 on the system decides whether the user is
+    /// disturbed in another application.
     void activate(bool ignoringOtherApps) override;
 
+    /// While the application is hidden none but minimised ones: `activate` first.
     [[nodiscard]] std::vector<std::unique_ptr<ApplicationWindow>> windows() override;
 };
 

@@ -36,6 +36,8 @@ void ApplicationAppKit::setActivationPolicy(ActivationPolicy policy)
 
 void ApplicationAppKit::activate(bool ignoringOtherApps)
 {
+    if (sharedApplication().hidden)
+        [sharedApplication() unhide:nil];
     if (@available(macOS 14, *))
         [sharedApplication() activate];
     else

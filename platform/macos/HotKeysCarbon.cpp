@@ -20,13 +20,7 @@ std::optional<HotKeyId> identifierIn(EventRef event)
     return HotKeyId{pressed.signature, pressed.id};
 }
 
-OSStatus hotKeyPressed(EventHandlerCallRef, EventRef event, void *userData)
-{
-    if (!event)
-        return noErr;
-    const auto handler = *static_cast<const HotKeys::Handler *>(userData); // it may give itself back
-    return handler(identifierIn(event)) ? noErr : eventNotHandledErr;
-}
+OSStatus hotKeyPressed(EventHandlerCallRef, EventRef event, void *);
 
 class InstalledHandler : public HotKeyHandle
 {
@@ -36,24 +30,40 @@ public:
     InstalledHandler &operator=(const InstalledHandler &) = delete;
     ~InstalledHandler() override
     {
-        if (reference)
-            RemoveEventHandler(reference);
+        if (latest != this)
+            return;
+        RemoveEventHandler(reference);
+        latest = nullptr;
     }
 
     [[nodiscard]] bool install(EventTargetRef target)
     {
         const EventTypeSpec presses{kEventClassKeyboard, kEventHotKeyPressed};
-        EventHandlerRef installed = nullptr;
-        if (InstallEventHandler(target, hotKeyPressed, 1, &presses, &handler, &installed) != noErr)
+        if (latest)
+            reference = latest->reference;
+        else if (InstallEventHandler(target, hotKeyPressed, 1, &presses, nullptr, &reference) != noErr)
             return false;
-        reference = installed;
+        latest = this;
         return true;
     }
 
+    static inline InstalledHandler *latest = nullptr; ///< Main thread only.
+
+    const HotKeys::Handler handler;
+
 private:
-    HotKeys::Handler handler;
-    EventHandlerRef reference = nullptr;
+    EventHandlerRef reference = nullptr; ///< That of the latest is the one that is installed.
 };
+
+OSStatus hotKeyPressed(EventHandlerCallRef, EventRef event, void *)
+{
+    if (!event)
+        return noErr;
+    const auto handler = InstalledHandler::latest->handler; // a copy: it may give itself back
+    if (handler(identifierIn(event)))
+        return noErr;
+    return eventNotHandledErr;
+}
 
 class RegisteredHotKey : public HotKeyHandle
 {

@@ -2,7 +2,10 @@
 
 #include <Carbon/Carbon.h>
 
+#include <system_error>
 #include <utility>
+
+#include "platform/macos/RunningApplications.h"
 
 namespace orvalen {
 
@@ -16,6 +19,11 @@ OSErr reopened(const AppleEvent *, AppleEvent *, SRefCon instance)
 
 } // namespace
 
+ProgramInstanceAppleEvents::ProgramInstanceAppleEvents(std::string bundleIdentifier, ChildProcesses &processes)
+    : bundleIdentifier(std::move(bundleIdentifier)), processes(processes)
+{
+}
+
 ProgramInstanceAppleEvents::~ProgramInstanceAppleEvents()
 {
     if (isInstalled)
@@ -24,6 +32,13 @@ ProgramInstanceAppleEvents::~ProgramInstanceAppleEvents()
 
 bool ProgramInstanceAppleEvents::begin()
 {
+    if (isRunningElsewhere(bundleIdentifier)) {
+        try {
+            (void)processes.launch("/usr/bin/open", {"-b", bundleIdentifier});
+        } catch (const std::system_error &) { // NOLINT(bugprone-empty-catch): then it shows itself when it is clicked
+        }
+        return false;
+    }
     install();
     return true;
 }

@@ -3,6 +3,8 @@
 #import <Foundation/Foundation.h>
 #import <Metal/Metal.h>
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <type_traits>
 
@@ -59,11 +61,19 @@ static_assert(isAs<NSApplicationActivationPolicy, NSInteger> && NSApplicationAct
 static_assert(isA<decltype(NSApp), NSApplication *>);
 static_assert(
     is<decltype([static_cast<NSApplication *>(nil) setActivationPolicy:NSApplicationActivationPolicyRegular]), BOOL>);
+static_assert(is<decltype(static_cast<NSApplication *>(nil).hidden), BOOL>);
+static_assert(is<decltype([static_cast<NSApplication *>(nil) unhide:nil]), void>);
 static_assert(isA<decltype(static_cast<NSApplication *>(nil).windows), NSArray<NSWindow *> *>);
 static_assert(is<decltype(static_cast<NSWindow *>(nil).visible), BOOL>);
 static_assert(is<decltype(static_cast<NSWindow *>(nil).miniaturized), BOOL>);
 static_assert(is<decltype(static_cast<NSWindow *>(nil).canBecomeKeyWindow), BOOL>);
 static_assert(is<decltype([static_cast<NSWindow *>(nil) makeKeyAndOrderFront:nil]), void>);
+
+// AppKit: what else runs
+static_assert(isA<decltype([NSRunningApplication runningApplicationsWithBundleIdentifier:static_cast<NSString *>(nil)]),
+                  NSArray<NSRunningApplication *> *>);
+static_assert(is<decltype(static_cast<NSRunningApplication *>(nil).processIdentifier), pid_t> && is<pid_t, int>);
+static_assert(is<decltype(static_cast<NSRunningApplication *>(nil).terminated), BOOL>);
 
 // Metal
 static_assert(isAs<MTLResourceOptions, NSUInteger>);

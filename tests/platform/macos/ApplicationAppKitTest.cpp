@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <optional>
+#include <utility>
 
 #include "tests/platform/macos/fakes/AppKit.h"
 #include "tests/platform/macos/fakes/Calls.h"
@@ -56,6 +57,33 @@ TEST_F(ApplicationAppKitTest, fromMacOS14OnItAsksTheSystemToBeActivated)
         application.activate(true);
         EXPECT_THAT(fake::takeCalls(), ElementsAre("activate")) << version;
     }
+}
+
+TEST_F(ApplicationAppKitTest, aHiddenApplicationIsUnhiddenBeforeItIsActivated)
+{
+    for (const auto &[version, activation] :
+         {std::pair(13, "activateIgnoringOtherApps 1"), std::pair(14, "activate")}) {
+        fake::setSystemVersion(version);
+        fake::hideApplication();
+        application.activate(true);
+        EXPECT_THAT(fake::takeCalls(), ElementsAre("unhide", activation)) << version;
+        application.activate(true);
+        EXPECT_THAT(fake::takeCalls(), ElementsAre(activation)) << "it is hidden no longer";
+    }
+}
+
+TEST_F(ApplicationAppKitTest, theWindowsOfAHiddenApplicationAreThereAgainOnceItIsActivated)
+{
+    fake::startApplication({{.name = "main"},
+                            {.name = "closed", .isVisible = false},
+                            {.name = "minimised", .isVisible = false, .isMiniaturized = true}});
+    fake::hideApplication();
+    EXPECT_EQ(application.windows().size(), 1U) << "the minimised one";
+    application.activate(true);
+    static_cast<void>(fake::takeCalls());
+    for (const auto &window : application.windows())
+        window->makeKeyAndOrderFront();
+    EXPECT_THAT(fake::takeCalls(), ElementsAre("makeKeyAndOrderFront main", "makeKeyAndOrderFront minimised"));
 }
 
 TEST_F(ApplicationAppKitTest, withoutWindowsThereAreNone)

@@ -62,7 +62,7 @@ TEST_F(HotKeyManagerCarbonTest, installsItsHandlerThenRegistersBothKeys)
 {
     manager->setupGlobalHotKey();
     EXPECT_THAT(fake::takeCalls(),
-                ElementsAre("GetApplicationEventTarget", "InstallEventHandler application 1 keyb 5 something",
+                ElementsAre("GetApplicationEventTarget", "InstallEventHandler application 1 keyb 5 null",
                             "GetApplicationEventTarget", "RegisterEventHotKey 13 2304 OVR1 1 application 0",
                             "GetApplicationEventTarget", "RegisterEventHotKey 46 2304 OVR2 2 application 0"));
     EXPECT_FALSE(console.str().empty());

@@ -50,7 +50,7 @@ TEST_F(HotKeysCarbonTest, installsOneHandlerForPressesAtTheApplication)
     const auto handle = keys.installHandler(writeDown());
     EXPECT_TRUE(handle);
     EXPECT_THAT(fake::takeCalls(),
-                ElementsAre("GetApplicationEventTarget", "InstallEventHandler application 1 keyb 5 something"));
+                ElementsAre("GetApplicationEventTarget", "InstallEventHandler application 1 keyb 5 null"));
 }
 
 TEST_F(HotKeysCarbonTest, registersEachKeyUnderItsOwnSignatureAndNumber)
@@ -93,22 +93,40 @@ TEST_F(HotKeysCarbonTest, moreModifiersThanAskedForAreNotThatKey)
     EXPECT_THAT(pressed, IsEmpty());
 }
 
-TEST_F(HotKeysCarbonTest, whatTheHandlerDoesNotHandleGoesOnToTheOneBefore)
+TEST_F(HotKeysCarbonTest, whatTheHandlerDoesNotHandleIsLeftToOthers)
 {
-    std::vector<std::optional<HotKeyId>> before;
-    const auto first = keys.installHandler([&](const std::optional<HotKeyId> &id) {
-        before.push_back(id);
-        return false;
+    const auto handler = keys.installHandler(writeDown(false));
+    EXPECT_EQ(carbon.deliver(EventHotKeyID{7, 2}), eventNotHandledErr);
+    EXPECT_THAT(pressed, ElementsAre(HotKeyId{7, 2}));
+}
+
+TEST_F(HotKeysCarbonTest, theNextHandlerTakesThePlaceOfTheOneBefore)
+{
+    auto first = keys.installHandler([](const std::optional<HotKeyId> &) -> bool {
+        ADD_FAILURE() << "asked, though there is a later one";
+        return true;
     });
-    {
-        const auto second = keys.installHandler(writeDown(true));
-        EXPECT_EQ(carbon.deliver(EventHotKeyID{7, 1}), noErr);
-        EXPECT_THAT(before, IsEmpty());
-    }
-    const auto second = keys.installHandler(writeDown(false));
+    std::ignore = fake::takeCalls();
+    auto second = keys.installHandler(writeDown(false));
+    EXPECT_TRUE(second);
+    EXPECT_THAT(fake::takeCalls(), ElementsAre("GetApplicationEventTarget"));
+    EXPECT_EQ(carbon.deliver(EventHotKeyID{7, 1}), eventNotHandledErr);
+    first.reset();
     EXPECT_EQ(carbon.deliver(EventHotKeyID{7, 2}), eventNotHandledErr);
     EXPECT_THAT(pressed, ElementsAre(HotKeyId{7, 1}, HotKeyId{7, 2}));
-    EXPECT_THAT(before, ElementsAre(HotKeyId{7, 2}));
+    std::ignore = fake::takeCalls();
+    second.reset();
+    EXPECT_THAT(fake::takeCalls(), ElementsAre("RemoveEventHandler"));
+}
+
+TEST_F(HotKeysCarbonTest, theHandlerOfBeforeDoesNotComeBack)
+{
+    auto first = keys.installHandler(writeDown());
+    keys.installHandler(writeDown()).reset();
+    EXPECT_EQ(carbon.deliver(EventHotKeyID{7, 1}), std::nullopt);
+    first.reset();
+    EXPECT_THAT(pressed, IsEmpty());
+    EXPECT_TRUE(keys.installHandler(writeDown())) << "a new one is installed";
 }
 
 TEST_F(HotKeysCarbonTest, anUnknownIdentifierIsTheHandlersToJudge)
@@ -147,7 +165,7 @@ TEST_F(HotKeysCarbonTest, aHandlerThatIsRefusedGivesNoHandleAndNothingBack)
     carbon.installing = paramErr;
     EXPECT_FALSE(keys.installHandler(writeDown()));
     EXPECT_THAT(fake::takeCalls(),
-                ElementsAre("GetApplicationEventTarget", "InstallEventHandler application 1 keyb 5 something"));
+                ElementsAre("GetApplicationEventTarget", "InstallEventHandler application 1 keyb 5 null"));
 }
 
 TEST_F(HotKeysCarbonTest, aKeyThatIsSomebodyElsesGivesNoHandleAndNothingBack)

@@ -5,8 +5,10 @@
 #include <tuple>
 #include <vector>
 
+#include "tests/platform/macos/CommandsTest.h"
 #include "tests/platform/macos/fakes/Calls.h"
 #include "tests/platform/macos/fakes/Carbon.h"
+#include "tests/platform/macos/fakes/RunningApplications.h"
 
 namespace orvalen {
 namespace {
@@ -14,6 +16,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
+const std::string bundle = "org.some.Thing";
 constexpr const char *installing = "AEInstallEventHandler aevt rapp something 0";
 constexpr const char *removing = "AERemoveEventHandler aevt rapp the one there 0";
 
@@ -22,13 +25,21 @@ OSErr toolkitsOwn(const AppleEvent *, AppleEvent *, SRefCon)
     return errAEEventNotHandled;
 }
 
-class ProgramInstanceAppleEventsTest : public ::testing::Test
+class ProgramInstanceAppleEventsTest : public test::CommandsTest
 {
 protected:
     void TearDown() override
     {
         instance.reset();
         EXPECT_EQ(carbon.outstanding(), 0) << "a handler stays behind whose object is gone";
+        EXPECT_THAT(diary.take(), IsEmpty()) << "somebody was started";
+        fake::setRunningElsewhere({});
+    }
+
+    /// Another process of this bundle runs.
+    static void haveOneRunning()
+    {
+        fake::setRunningElsewhere([](std::string_view identifier) { return identifier == bundle; });
     }
 
     ProgramInstance::Requests requests()
@@ -38,15 +49,40 @@ protected:
     }
 
     fake::Carbon carbon;
-    std::unique_ptr<ProgramInstanceAppleEvents> instance = std::make_unique<ProgramInstanceAppleEvents>();
+    std::unique_ptr<ProgramInstanceAppleEvents> instance =
+        std::make_unique<ProgramInstanceAppleEvents>(bundle, processes);
     std::vector<std::string> tokens; ///< One for each time that we were asked to show ourselves.
 };
 
-TEST_F(ProgramInstanceAppleEventsTest, isAlwaysTheOnlyOne)
+TEST_F(ProgramInstanceAppleEventsTest, isTheOnlyOneWhereNoOtherRuns)
 {
     EXPECT_THAT(fake::takeCalls(), IsEmpty());
     EXPECT_TRUE(instance->begin());
     EXPECT_THAT(fake::takeCalls(), ElementsAre(installing));
+}
+
+TEST_F(ProgramInstanceAppleEventsTest, whereAnotherRunsTheSystemReopensThatAndWeEnd)
+{
+    haveOneRunning();
+    EXPECT_FALSE(instance->begin());
+    expectStarted("/usr/bin/open", {"-b", bundle});
+    EXPECT_THAT(fake::takeCalls(), IsEmpty());
+}
+
+TEST_F(ProgramInstanceAppleEventsTest, whereAnotherRunsWeEndThoughItCannotBeAsked)
+{
+    haveOneRunning();
+    exhaustTheSystem();
+    EXPECT_FALSE(instance->begin());
+    EXPECT_THAT(diary.take(), ElementsAre("launch /usr/bin/open -b org.some.Thing"));
+    EXPECT_THAT(fake::takeCalls(), IsEmpty());
+}
+
+TEST_F(ProgramInstanceAppleEventsTest, aProgramOfAnotherNameIsNotAskedFor)
+{
+    haveOneRunning();
+    ProgramInstanceAppleEvents another("org.some.Thing.Simulated", processes);
+    EXPECT_TRUE(another.begin());
 }
 
 TEST_F(ProgramInstanceAppleEventsTest, showsItselfWithoutATokenEachTimeItIsOpenedAgain)

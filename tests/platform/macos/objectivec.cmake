@@ -8,7 +8,12 @@ endif()
 add_subdirectory(objectivec)
 
 orvalen_macos_test(macos_objectivec_test
-    SOURCES ApplicationAppKitTest.cpp GraphicsCopiesMetalTest.cpp StatusBarAppKitTest.cpp UserActivityTest.cpp
+    SOURCES
+        ApplicationAppKitTest.cpp
+        GraphicsCopiesMetalTest.cpp
+        RunningApplicationsTest.cpp
+        StatusBarAppKitTest.cpp
+        UserActivityTest.cpp
     LIBRARIES orvalen_macos_objectivec
 )
 set_target_properties(macos_objectivec_test PROPERTIES LINKER_LANGUAGE CXX)

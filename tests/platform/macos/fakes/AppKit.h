@@ -34,4 +34,19 @@ struct Window
 void startApplication(const std::vector<Window> &windows);
 void endApplication();
 
+/// As the user does it. No window is on the screen until it is unhidden.
+void hideApplication();
+
+// The session
+
+struct RunningApplication
+{
+    std::string bundleIdentifier;
+    int processIdentifier = 0;
+    bool isTerminated = false;
+};
+
+/// What the system knows to be running.
+void setRunningApplications(const std::vector<RunningApplication> &applications);
+
 } // namespace orvalen::fake

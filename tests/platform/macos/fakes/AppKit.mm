@@ -15,6 +15,7 @@ using fake::note;
 namespace {
 
 fake::MenuBar menuBar;
+std::vector<fake::RunningApplication> running;
 NSStatusBar *systemBar;
 int systemVersion = 13;
 
@@ -211,6 +212,8 @@ void clickStatusItem()
 
 } // namespace orvalen::fake
 
+NSApplication *NSApp;
+
 @implementation NSWindow {
 @public
     fake::Window window;
@@ -218,7 +221,7 @@ void clickStatusItem()
 
 - (BOOL)isVisible
 {
-    return window.isVisible;
+    return window.isVisible && !NSApp.hidden;
 }
 
 - (BOOL)isMiniaturized
@@ -238,11 +241,21 @@ void clickStatusItem()
 
 @end
 
-NSApplication *NSApp;
-
 @implementation NSApplication {
 @public
     std::vector<NSWindow *> all;
+    bool isHidden;
+}
+
+- (BOOL)isHidden
+{
+    return isHidden;
+}
+
+- (void)unhide:(id)sender
+{
+    note(sender ? "unhide with a sender" : "unhide");
+    isHidden = false;
 }
 
 - (NSArray<NSWindow *> *)windows
@@ -285,4 +298,43 @@ void endApplication()
     NSApp = nil;
 }
 
+void hideApplication()
+{
+    NSApp->isHidden = true;
+}
+
+void setRunningApplications(const std::vector<RunningApplication> &applications)
+{
+    running = applications;
+}
+
 } // namespace orvalen::fake
+
+@implementation NSRunningApplication {
+    fake::RunningApplication application;
+}
+
++ (NSArray<NSRunningApplication *> *)runningApplicationsWithBundleIdentifier:(NSString *)bundleIdentifier
+{
+    note("runningApplicationsWithBundleIdentifier %s", textOf(bundleIdentifier));
+    std::vector<NSRunningApplication *> found;
+    for (const auto &one : running)
+        if (one.bundleIdentifier == textOf(bundleIdentifier)) {
+            NSRunningApplication *const made = [NSRunningApplication new];
+            made->application = one;
+            found.push_back(made);
+        }
+    return [[NSArray alloc] initWithObjects:found.data() count:found.size()];
+}
+
+- (pid_t)processIdentifier
+{
+    return application.processIdentifier;
+}
+
+- (BOOL)isTerminated
+{
+    return application.isTerminated;
+}
+
+@end

@@ -209,7 +209,9 @@ OSStatus GetEventParameter(EventRef inEvent, EventParamName inName, EventParamTy
         fail("GetEventParameter wants an event and a place for the parameter");
     const EventHotKeyID found = inEvent->identifier.value_or(EventHotKeyID{0xBAD, 1});
     std::memcpy(outData, &found, std::min<std::size_t>(inBufferSize, sizeof found));
-    return inEvent->identifier ? noErr : eventParameterNotFoundErr;
+    if (!inEvent->identifier)
+        return eventParameterNotFoundErr;
+    return noErr;
 }
 
 OSStatus RegisterEventHotKey(UInt32 inHotKeyCode, UInt32 inHotKeyModifiers, EventHotKeyID inHotKeyID,

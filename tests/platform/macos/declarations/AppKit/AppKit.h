@@ -3,6 +3,7 @@
 #pragma once
 
 #include <Foundation/Foundation.h>
+#include <sys/types.h>
 
 // Images
 @interface NSImage : NSObject
@@ -60,6 +61,8 @@ enum : NSApplicationActivationPolicy
 };
 
 @interface NSApplication : NSObject
+@property(readonly, getter=isHidden) BOOL hidden;
+- (void)unhide:(id)sender;
 @property(readonly, copy) NSArray<NSWindow *> *windows;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
 - (void)activate ORVALEN_MACOS_SINCE(14.0);
@@ -67,3 +70,10 @@ enum : NSApplicationActivationPolicy
 @end
 
 extern "C" NSApplication *NSApp;
+
+// What else runs in this session
+@interface NSRunningApplication : NSObject
+@property(readonly) pid_t processIdentifier;
+@property(readonly, getter=isTerminated) BOOL terminated;
++ (NSArray<NSRunningApplication *> *)runningApplicationsWithBundleIdentifier:(NSString *)bundleIdentifier;
+@end

@@ -19,13 +19,27 @@ typedef unsigned long ByteCount;
 typedef unsigned long ItemCount;
 typedef void *SRefCon;
 
+// The system's constants stand in many enumerations without a name, in several headers. Two that are of one there are
+// of one here, and no others: C++20 warns of those that are mixed.
 enum
 {
     noErr = 0,
+};
+enum
+{
     paramErr = -50,
+};
+enum
+{
     errAEEventNotHandled = -1708,
+};
+enum
+{
     eventNotHandledErr = -9874,
     eventParameterNotFoundErr = -9870,
+};
+enum
+{
     eventHotKeyExistsErr = -9878,
 };
 
@@ -47,9 +61,15 @@ typedef EventHandlerProcPtr EventHandlerUPP;
 
 enum
 {
-    kEventClassKeyboard = 0x6B657962,     // 'keyb'
+    kEventClassKeyboard = 0x6B657962, // 'keyb'
+};
+enum
+{
     kEventParamDirectObject = 0x2D2D2D2D, // '----'
-    typeEventHotKeyID = 0x686B6964,       // 'hkid'
+};
+enum
+{
+    typeEventHotKeyID = 0x686B6964, // 'hkid'
 };
 enum
 {
@@ -102,7 +122,10 @@ typedef AEEventHandlerProcPtr AEEventHandlerUPP;
 
 enum
 {
-    kCoreEventClass = 0x61657674,      // 'aevt'
+    kCoreEventClass = 0x61657674, // 'aevt'
+};
+enum
+{
     kAEReopenApplication = 0x72617070, // 'rapp'
 };
 
