@@ -76,9 +76,10 @@ function(orvalen_test name)
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
     # gcc 12 sees copies out of bounds where strings are added up (its bug 105651 and the like).
     target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds -Wno-restrict -Wno-stringop-overflow>)
-    # It is the program that a sanitizer looks at; optimising the instrumented tests would take as long again.
-    if(ORVALEN_SANITIZE)
-        target_compile_options(${name} PRIVATE -O0)
+    # It is the program that is looked at; optimising its tests would take as long again. Nor need they be linked well.
+    target_compile_options(${name} PRIVATE -O0)
+    if(NOT APPLE AND NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        target_link_options(${name} PRIVATE -fuse-ld=gold)
     endif()
     # What every case includes, read once.
     list(LENGTH arg_SOURCES sources)

@@ -44,7 +44,6 @@ def test_the_properties_say_who_the_program_is_and_what_it_needs(tmp_path):
         'CFBundleVersion': '4.5.6',
         'LSApplicationCategoryType': 'public.app-category.utilities',
         'LSMinimumSystemVersion': '13.0',
-        'LSMultipleInstancesProhibited': True,
         'NSHighResolutionCapable': True,
         'NSHumanReadableCopyright': 'Copyright © 2026 Quenmark Technologies',
         'NSLocalNetworkUsageDescription': REASON,
