@@ -54,6 +54,12 @@ std::string streamServer()
     return missing ? program.string() : canonical.string();
 }
 
+/// Readings are wanted while heaters of a high quality keep every core busy.
+void prepareAskingThread()
+{
+    setThreadQuality(QualityOfService::userInitiated);
+}
+
 } // namespace
 
 std::unique_ptr<ProgramInstance> nativeProgramInstance(std::string name)
@@ -80,9 +86,10 @@ Platform nativePlatform(const QString &)
     platform.clock = std::make_unique<ClockContinuous>();
     platform.dispatch = std::make_unique<DispatchQt>(setThreadQuality);
     platform.processors = std::make_unique<ProcessorsSysctl>();
-    platform.temperatureSensors =
-        std::make_unique<BoundedTemperatureSensors>(std::make_shared<TemperatureSensorsIOKit>());
-    platform.powerSources = std::make_unique<BoundedPowerSources>(std::make_shared<PowerSourcesIOKit>());
+    platform.temperatureSensors = std::make_unique<BoundedTemperatureSensors>(
+        std::make_shared<TemperatureSensorsIOKit>(), boundedAnswerTime, prepareAskingThread);
+    platform.powerSources = std::make_unique<BoundedPowerSources>(std::make_shared<PowerSourcesIOKit>(),
+                                                                  boundedAnswerTime, prepareAskingThread);
     platform.inputIdleTime = std::make_unique<InputIdleTimeQuartz>();
     platform.graphicsCopies = std::make_unique<GraphicsCopiesMetal>();
     platform.settings = std::make_unique<SettingsStoreDefaults>();

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/macos/Text.h"
+#include "platform/macos/FoundationString.h"
 
 #import <AppKit/AppKit.h>
 
@@ -65,8 +65,8 @@ public:
     {
         if (!changes(shownImage, std::pair(std::string(symbol), std::string(accessibilityDescription))))
             return;
-        NSImage *const image = [NSImage imageWithSystemSymbolName:text(symbol)
-                                         accessibilityDescription:text(accessibilityDescription)];
+        NSImage *const image = [NSImage imageWithSystemSymbolName:foundationString(symbol)
+                                         accessibilityDescription:foundationString(accessibilityDescription)];
         [image setTemplate:YES];
         item.button.image = image;
     }
@@ -80,7 +80,7 @@ public:
     void setTitle(std::string_view title) override
     {
         if (changes(shownTitle, std::string(title)))
-            item.button.title = text(title);
+            item.button.title = foundationString(title);
     }
 
     void setAction(std::function<void()> action) override { target->action = std::move(action); }

@@ -18,16 +18,11 @@
 #include <string_view>
 #include <type_traits>
 
-namespace orvalen {
+#include "platform/macos/SystemContract.h"
+
+namespace orvalen::system_contract {
 
 namespace {
-
-template <typename Given, typename Expected>
-constexpr bool is = std::is_same_v<Given, Expected>;
-
-/// A type that is handed over by its bits: an enumeration there, a number here.
-template <typename Given, typename Expected>
-constexpr bool isAs = sizeof(Given) == sizeof(Expected) && alignof(Given) == alignof(Expected);
 
 // Core Foundation
 static_assert(is<Boolean, unsigned char> && is<UInt8, unsigned char>);
@@ -169,4 +164,4 @@ static_assert(is<decltype(sysctlbyname), int(const char *, void *, std::size_t *
 
 } // namespace
 
-} // namespace orvalen
+} // namespace orvalen::system_contract

@@ -8,20 +8,15 @@
 #include <cstdint>
 #include <type_traits>
 
-namespace orvalen {
+#include "platform/macos/SystemContract.h"
+
+namespace orvalen::system_contract {
 
 namespace {
-
-template <typename Given, typename Expected>
-constexpr bool is = std::is_same_v<Given, Expected>;
 
 /// For objects: what is given can stand where the other is expected.
 template <typename Given, typename Expected>
 constexpr bool isA = std::is_convertible_v<Given, Expected>;
-
-/// A type that is handed over by its bits: an enumeration there, a number here.
-template <typename Given, typename Expected>
-constexpr bool isAs = sizeof(Given) == sizeof(Expected) && alignof(Given) == alignof(Expected);
 
 // Foundation
 static_assert(is<NSInteger, long> && is<NSUInteger, unsigned long> && is<CGFloat, double> && is<BOOL, bool>);
@@ -97,4 +92,4 @@ static_assert(is<decltype([static_cast<id<MTLBlitCommandEncoder>>(nil) endEncodi
 
 } // namespace
 
-} // namespace orvalen
+} // namespace orvalen::system_contract

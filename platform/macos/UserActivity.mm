@@ -1,6 +1,6 @@
 #include "platform/macos/UserActivity.h"
 
-#include "platform/macos/Text.h"
+#include "platform/macos/FoundationString.h"
 
 #import <Foundation/Foundation.h>
 
@@ -17,7 +17,7 @@ UserActivity::UserActivity(std::string_view reason)
     @autoreleasepool {
         token = std::make_unique<Token>(
             Token{[NSProcessInfo.processInfo beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
-                                                               reason:text(reason)]});
+                                                               reason:foundationString(reason)]});
     }
 }
 

@@ -13,6 +13,12 @@
 
 namespace orvalen {
 
+/// How long anybody waits for an answer unless told otherwise.
+constexpr std::chrono::milliseconds boundedAnswerTime{500};
+
+/// Makes the calling thread, which is about to ask, what it shall be.
+using PrepareAskingThread = std::function<void()>;
+
 /// A question to the machine that is answered within a bounded time whatever happens inside: it is asked on a thread of
 /// its own, and what does not come in time is std::nullopt. While such a late answer is still on its way nobody waits
 /// for it and nothing new is asked; when it has come, all is as before. An exception from inside counts as
@@ -25,10 +31,11 @@ class BoundedQuestion
 {
 public:
     /// `question` is called on a thread of its own, never twice at once. It is kept until a late call of it returns,
-    /// also beyond this object.
-    explicit BoundedQuestion(std::function<Answer()> question,
-                             std::chrono::nanoseconds limit = std::chrono::milliseconds(500))
-        : limit(limit), worker(std::make_shared<Worker>(std::move(question)))
+    /// also beyond this object. `prepareThread`, if any, is what that thread begins with, and part of the first
+    /// question's time. Must not throw.
+    explicit BoundedQuestion(std::function<Answer()> question, std::chrono::nanoseconds limit = boundedAnswerTime,
+                             PrepareAskingThread prepareThread = {})
+        : limit(limit), worker(std::make_shared<Worker>(std::move(question), std::move(prepareThread)))
     {
     }
 
@@ -86,10 +93,15 @@ private:
     /// Askings are numbered from 1 on. At most one is under way: the one that has been begun and not ended.
     struct Worker
     {
-        explicit Worker(std::function<Answer()> question) : question(std::move(question)) {}
+        Worker(std::function<Answer()> question, PrepareAskingThread prepareThread)
+            : question(std::move(question)), prepareThread(std::move(prepareThread))
+        {
+        }
 
         void run()
         {
+            if (prepareThread)
+                prepareThread();
             std::unique_lock lock(mutex);
             for (;;) {
                 asked.wait(lock, [this] { return isAbandoned || wanted > ended; });
@@ -117,8 +129,9 @@ private:
             }
         }
 
-        const std::function<Answer()> question; ///< Used by the thread alone.
-        std::thread thread;                     ///< Started by the first question.
+        const std::function<Answer()> question;  ///< Used by the thread alone.
+        const PrepareAskingThread prepareThread; ///< The same.
+        std::thread thread;                      ///< Started by the first question.
 
         std::mutex mutex; ///< Guards all that follows, and `thread`.
         std::condition_variable asked;

@@ -1,10 +1,12 @@
 #include "platform/posix/BoundedTemperatureSensors.h"
 
+#include <utility>
+
 namespace orvalen {
 
 BoundedTemperatureSensors::BoundedTemperatureSensors(std::shared_ptr<TemperatureSensors> inner,
-                                                     std::chrono::nanoseconds limit)
-    : question([inner = std::move(inner)] { return inner->read(); }, limit)
+                                                     std::chrono::nanoseconds limit, PrepareAskingThread prepareThread)
+    : question([inner = std::move(inner)] { return inner->read(); }, limit, std::move(prepareThread))
 {
 }
 

@@ -11,8 +11,10 @@ namespace orvalen {
 class BoundedTemperatureSensors : public TemperatureSensors
 {
 public:
+    /// `prepareThread`, if any, is what the asking thread begins with. Must not throw.
     explicit BoundedTemperatureSensors(std::shared_ptr<TemperatureSensors> inner,
-                                       std::chrono::nanoseconds limit = std::chrono::milliseconds(500));
+                                       std::chrono::nanoseconds limit = boundedAnswerTime,
+                                       PrepareAskingThread prepareThread = {});
 
     [[nodiscard]] std::optional<std::vector<TemperatureReading>> read() override;
 

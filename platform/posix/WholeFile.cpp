@@ -176,6 +176,14 @@ int writeAll(int descriptor, std::span<const std::string_view> pieces)
 
 int sync(int descriptor)
 {
+#ifdef F_FULLFSYNC // where fsync goes as far as the drive, not to its medium
+    if (::fcntl(descriptor, F_FULLFSYNC) == 0)
+        return 0;
+    const bool isMediumsOwn = errno == EIO || errno == ENOSPC || errno == EDQUOT;
+    if (isMediumsOwn)
+        return errno;
+        // The file system does not know it.
+#endif
     return ::fsync(descriptor) == 0 || errno == EINVAL ? 0 : errno; // EINVAL: a file system without a disk
 }
 

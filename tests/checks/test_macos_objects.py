@@ -71,7 +71,7 @@ HEADERS_NOT_ON_MACOS = [
 ON_MACOS = [
     'pthread_setname_np("name");', 'int a = SO_NOSIGPIPE + SO_NWRITE;', 'int a = POSIX_SPAWN_CLOEXEC_DEFAULT | POSIX_SPAWN_SETSID;',
     'struct stat s; auto t = s.st_mtimespec; auto u = s.st_mtime;', 'timespec t; clock_gettime(CLOCK_MONOTONIC_RAW, &t);',
-    'int a = TCP_NOTSENT_LOWAT;', 'std::int64_t *a = static_cast<long long *>(nullptr);', 'int a = O_CLOEXEC | O_NOFOLLOW;',
+    'int a = TCP_NOTSENT_LOWAT;', 'int a = F_FULLFSYNC;', 'std::int64_t *a = static_cast<long long *>(nullptr);', 'int a = O_CLOEXEC | O_NOFOLLOW;',
     'std::filesystem::path("/tmp").filename();', 'char text[99]; std::to_chars(text, text + 99, 15);',
     'pollfd p{}; poll(&p, 1, 0);', 'waitid(P_PID, 1, nullptr, WEXITED | WNOWAIT);',
 ]

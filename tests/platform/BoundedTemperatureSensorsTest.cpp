@@ -3,14 +3,13 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
-#include <condition_variable>
 #include <filesystem>
 #include <iterator>
-#include <mutex>
 #include <stdexcept>
 #include <thread>
 
 #include "platform/linux/TemperatureSensorsSysfs.h"
+#include "tests/support/Gate.h"
 #include "tests/support/SysfsTree.h"
 
 namespace orvalen {
@@ -24,43 +23,17 @@ using ::testing::Optional;
 constexpr auto never = 10min;
 constexpr auto soon = 20ms;
 
-/// A gate that sensors wait at. Opened at the latest when the test ends.
-class Gate
-{
-public:
-    void close()
-    {
-        const std::lock_guard lock(mutex);
-        isOpen = false;
-    }
-    void open()
-    {
-        const std::lock_guard lock(mutex);
-        isOpen = true;
-        changed.notify_all();
-    }
-    void pass()
-    {
-        std::unique_lock lock(mutex);
-        changed.wait(lock, [this] { return isOpen; });
-    }
-
-private:
-    std::mutex mutex;
-    std::condition_variable changed;
-    bool isOpen = true;
-};
-
 /// What the test and the sensors, which may outlive it, have in common.
 struct Script
 {
-    Gate gate;
+    test::Gate gate;
     std::atomic<bool> throws = false;
     std::atomic<bool> isUnavailable = false;
     std::atomic<int> begun = 0;
     std::atomic<int> inside = 0;
     std::atomic<int> mostInside = 0;
     std::atomic<bool> isDestroyed = false;
+    std::atomic<std::thread::id> asker = {};
 };
 
 /// Each read gives its own number as the temperature.
@@ -72,6 +45,7 @@ public:
 
     std::optional<std::vector<TemperatureReading>> read() override
     {
+        script->asker = std::this_thread::get_id();
         const int number = ++script->begun;
         script->mostInside = std::max<int>(script->mostInside, ++script->inside);
         script->gate.pass();
@@ -186,6 +160,29 @@ TEST_F(BoundedSensors, goWithoutWaitingForALateReadWhoseSensorsStay)
     EXPECT_FALSE(script->isDestroyed);
     script->gate.open();
     waitUntil([&] { return script->isDestroyed.load(); });
+}
+
+TEST_F(BoundedSensors, prepareTheirThreadOnceBeforeTheFirstRead)
+{
+    struct Preparation
+    {
+        std::atomic<int> times = 0;
+        std::atomic<int> readsBefore = -1;
+        std::atomic<std::thread::id> thread = {};
+    };
+    const auto seen = std::make_shared<Preparation>();
+    BoundedTemperatureSensors sensors(std::make_shared<ScriptedSensors>(script), never, [seen, script = script] {
+        ++seen->times;
+        seen->readsBefore = script->begun.load();
+        seen->thread = std::this_thread::get_id();
+    });
+    EXPECT_EQ(seen->times, 0);
+    EXPECT_THAT(sensors.read(), number(1));
+    EXPECT_THAT(sensors.read(), number(2));
+    EXPECT_EQ(seen->times, 1);
+    EXPECT_EQ(seen->readsBefore, 0);
+    EXPECT_EQ(seen->thread.load(), script->asker.load());
+    EXPECT_NE(seen->thread.load(), std::this_thread::get_id());
 }
 
 TEST_F(BoundedSensors, takeTheirSensorsWithThem)

@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/macos/AutoreleasePool.h"
 #include "tests/platform/macos/fakes/AppKit.h"
 #include "tests/platform/macos/fakes/Calls.h"
 #include "tests/platform/macos/fakes/ObjectiveC.h"
@@ -32,7 +33,7 @@ protected:
         EXPECT_EQ(fake::livingObjects(), 0) << "forgotten";
     }
 
-    std::optional<fake::AutoreleasePool> pool{std::in_place};
+    std::optional<AutoreleasePool> pool{std::in_place};
     ApplicationAppKit application;
 };
 

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "platform/macos/AutoreleasePool.h"
 #include "tests/platform/macos/fakes/AppKit.h"
 #include "tests/platform/macos/fakes/Calls.h"
 #include "tests/platform/macos/fakes/ObjectiveC.h"
@@ -53,7 +54,7 @@ protected:
         return *item->button();
     }
 
-    std::optional<fake::AutoreleasePool> pool{std::in_place};
+    std::optional<AutoreleasePool> pool{std::in_place};
     StatusBarAppKit bar;
     std::unique_ptr<StatusItem> item;
 };

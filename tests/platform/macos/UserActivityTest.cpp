@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include "platform/macos/AutoreleasePool.h"
 #include "tests/platform/macos/fakes/Calls.h"
 #include "tests/platform/macos/fakes/ObjectiveC.h"
 
@@ -15,7 +16,7 @@ using ::testing::ElementsAre;
 /// The system's own object for this process, which is there for good.
 int livingBeforeAnyActivity()
 {
-    const fake::AutoreleasePool pool;
+    const AutoreleasePool pool;
     const UserActivity first("");
     return fake::livingObjects() - 1;
 }

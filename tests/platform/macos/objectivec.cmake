@@ -17,3 +17,5 @@ orvalen_macos_test(macos_objectivec_test
     LIBRARIES orvalen_macos_objectivec
 )
 set_target_properties(macos_objectivec_test PROPERTIES LINKER_LANGUAGE CXX)
+
+include(wiring.cmake)

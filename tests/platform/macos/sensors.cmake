@@ -1,7 +1,7 @@
 # Core Foundation's objects, temperature sensors and power sources.
 orvalen_macos_test(macos_sensors_test
     ADAPTERS CoreFoundationOwned.cpp PowerSourcesIOKit.cpp TemperatureSensorsIOKit.cpp
-    FAKES fakes/AutoreleasePool.cpp fakes/HidEvents.cpp fakes/PowerSources.cpp
+    FAKES fakes/HidEvents.cpp fakes/PowerSources.cpp
     SOURCES CoreFoundationOwnedTest.cpp PowerSourcesIOKitTest.cpp TemperatureSensorsIOKitTest.cpp
     LIBRARIES orvalen_core
 )
@@ -10,7 +10,6 @@ orvalen_macos_test(macos_sensors_test
 add_library(orvalen_macos_sensors_case OBJECT
     "${PROJECT_SOURCE_DIR}/platform/macos/CoreFoundationOwned.cpp"
     "${PROJECT_SOURCE_DIR}/platform/macos/TemperatureSensorsIOKit.cpp"
-    fakes/AutoreleasePool.cpp
     fakes/HidEvents.cpp
     TemperatureSensorsMissingFunction.cpp
 )

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "platform/macos/AutoreleasePool.h"
@@ -11,15 +12,20 @@ namespace orvalen::fake {
 
 namespace {
 
-using Pool = std::vector<CFTypeRef>;
+using Pool = std::vector<std::function<void()>>;
 thread_local std::vector<std::unique_ptr<Pool>> pools;
 
 } // namespace
 
-CFTypeRef autorelease(CFTypeRef object)
+void leaveToPool(std::function<void()> release)
 {
     if (!pools.empty())
-        pools.back()->push_back(object);
+        pools.back()->push_back(std::move(release));
+}
+
+CFTypeRef autorelease(CFTypeRef object)
+{
+    leaveToPool([object] { CFRelease(object); });
     return object;
 }
 
@@ -39,7 +45,10 @@ void objc_autoreleasePoolPop(void *pool)
         std::fputs("The autorelease pool's fake: the innermost pool must end first\n", stderr);
         std::abort();
     }
-    for (const auto *const object : *pools.back())
-        CFRelease(object);
+    for (auto &left = *pools.back(); !left.empty();) { // what is released may leave more to it
+        const auto release = std::move(left.back());
+        left.pop_back();
+        release();
+    }
     pools.pop_back();
 }

@@ -2,10 +2,15 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+#include <functional>
+
 namespace orvalen::fake {
 
-/// Hands an object over to the pool of this thread, which releases it when it ends. Without a pool nobody ever does, as
-/// on a thread that lives on.
+/// The pool of this thread does it when it ends, the last one first. Without a pool nobody ever does, as on a thread
+/// that lives on. The same pools serve objects of Core Foundation and of Objective-C.
+void leaveToPool(std::function<void()> release);
+
+/// Hands an object over to the pool of this thread.
 CFTypeRef autorelease(CFTypeRef object);
 
 } // namespace orvalen::fake

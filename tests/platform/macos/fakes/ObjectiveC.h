@@ -9,19 +9,6 @@ namespace orvalen::fake {
 /// Objects that somebody still owns.
 [[nodiscard]] int livingObjects();
 
-/// What the main loop opens before each event and closes after it. A thread of ours has none: what is left to the pool
-/// there lives for ever.
-class [[nodiscard]] AutoreleasePool
-{
-public:
-    AutoreleasePool();
-    ~AutoreleasePool();
-    AutoreleasePool(AutoreleasePool &&) = delete;
-
-private:
-    void *pool;
-};
-
 /// Leaves an object to the innermost pool, as the system's code does of its own accord.
 void leaveSomethingToThePool();
 

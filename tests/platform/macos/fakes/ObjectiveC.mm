@@ -7,9 +7,10 @@
 #include <map>
 #include <mutex>
 #include <string_view>
-#include <vector>
 
 #include <Foundation/Foundation.h>
+
+#include "tests/platform/macos/fakes/AutoreleasePool.h"
 
 // What the compiler emits for classes and calls: the ABI that it knows as gnustep-2.0, with calls by way of a lookup.
 namespace {
@@ -221,9 +222,6 @@ void destroy(id object)
     --living;
 }
 
-thread_local std::vector<id> pooled;
-thread_local int pools = 0;
-
 } // namespace
 
 // What the compiler calls.
@@ -268,8 +266,8 @@ void objc_release(id object)
 
 id objc_autorelease(id object)
 {
-    if (object && pools > 0)
-        pooled.push_back(object);
+    if (object)
+        orvalen::fake::leaveToPool([object] { objc_release(object); });
     return object;
 }
 
@@ -304,22 +302,6 @@ void objc_storeStrong(id *place, id object)
     const id former = *place;
     *place = object;
     objc_release(former);
-}
-
-void *objc_autoreleasePoolPush()
-{
-    ++pools;
-    return reinterpret_cast<void *>(pooled.size());
-}
-
-void objc_autoreleasePoolPop(void *pool)
-{
-    while (pooled.size() > reinterpret_cast<std::size_t>(pool)) {
-        const id last = pooled.back();
-        pooled.pop_back();
-        objc_release(last);
-    }
-    --pools;
 }
 
 id objc_storeWeak(id *place, id object)
@@ -386,13 +368,6 @@ namespace orvalen::fake {
 int livingObjects()
 {
     return living;
-}
-
-AutoreleasePool::AutoreleasePool() : pool(objc_autoreleasePoolPush()) {}
-
-AutoreleasePool::~AutoreleasePool()
-{
-    objc_autoreleasePoolPop(pool);
 }
 
 void send(void *receiver, SEL selector, void *argument)

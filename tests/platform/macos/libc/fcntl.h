@@ -15,6 +15,8 @@ ORVALEN_NOT_ON_MACOS(sync_file_range);
 ORVALEN_NOT_ON_MACOS(tee);
 ORVALEN_NOT_ON_MACOS(vmsplice);
 
+#define F_FULLFSYNC 51
+
 #undef AT_EMPTY_PATH
 #undef AT_NO_AUTOMOUNT
 #undef AT_RECURSIVE

@@ -66,7 +66,7 @@ enum : NSApplicationActivationPolicy
 @property(readonly, copy) NSArray<NSWindow *> *windows;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
 - (void)activate ORVALEN_MACOS_SINCE(14.0);
-- (void)activateIgnoringOtherApps:(BOOL)flag __attribute__((availability(macos, introduced = 10.0, deprecated = 14.0)));
+- (void)activateIgnoringOtherApps:(BOOL)flag ORVALEN_MACOS_UNTIL(10.0, 14.0);
 @end
 
 extern "C" NSApplication *NSApp;

@@ -7,7 +7,7 @@
 namespace orvalen {
 
 /// Objective-C's string of a text in UTF-8; nil where it is none.
-inline NSString *text(std::string_view utf8)
+inline NSString *foundationString(std::string_view utf8)
 {
     return [[NSString alloc] initWithBytes:utf8.data() length:utf8.size() encoding:NSUTF8StringEncoding];
 }
