@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-#include "platform/macos/Text.h"
+#include "platform/macos/FoundationString.h"
 
 #import <AppKit/AppKit.h>
 
@@ -13,7 +13,7 @@ bool isRunningElsewhere(std::string_view bundleIdentifier)
 {
     @autoreleasepool {
         for (NSRunningApplication *const application in
-             [NSRunningApplication runningApplicationsWithBundleIdentifier:text(bundleIdentifier)])
+             [NSRunningApplication runningApplicationsWithBundleIdentifier:foundationString(bundleIdentifier)])
             if (application.processIdentifier != getpid() && !application.terminated)
                 return true;
         return false;
