@@ -32,7 +32,8 @@ def configured(folder, **variables):
 
 
 def test_the_properties_say_who_the_program_is_and_what_it_needs(tmp_path):
-    assert configured(tmp_path, ORVALEN_APPLICATION_ID='org.some.Thing', PROJECT_VERSION='4.5.6') == {
+    assert configured(tmp_path, ORVALEN_APPLICATION_ID='org.some.Thing', PROJECT_VERSION='4.5.6',
+                      CMAKE_OSX_DEPLOYMENT_TARGET='13.7') == {
         'CFBundleDevelopmentRegion': 'en',
         'CFBundleExecutable': 'Orvalen',
         'CFBundleIconFile': 'Orvalen.icns',
@@ -43,7 +44,7 @@ def test_the_properties_say_who_the_program_is_and_what_it_needs(tmp_path):
         'CFBundleShortVersionString': '4.5.6',
         'CFBundleVersion': '4.5.6',
         'LSApplicationCategoryType': 'public.app-category.utilities',
-        'LSMinimumSystemVersion': '13.0',
+        'LSMinimumSystemVersion': '13.7',
         'NSHighResolutionCapable': True,
         'NSHumanReadableCopyright': 'Copyright © 2026 Quenmark Technologies',
         'NSLocalNetworkUsageDescription': REASON,
@@ -86,9 +87,9 @@ ICON = entries((MACOS / 'Orvalen.icns').read_bytes())
 def test_the_icon_has_every_size():
     assert {kind: struct.unpack_from('>8s4x4sII', png) for kind, png in ICON} == {
         kind: (b'\x89PNG\r\n\x1a\n', b'IHDR', pixels, pixels) for kind, pixels in (
-            ('icp4', 16), ('icp5', 32), ('icp6', 64), ('ic07', 128), ('ic08', 256), ('ic09', 512),
+            ('ic07', 128), ('ic08', 256), ('ic09', 512),
             ('ic11', 32), ('ic12', 64), ('ic13', 256), ('ic14', 512), ('ic10', 1024))}
-    assert len(ICON) == 11
+    assert len(ICON) == 8
 
 
 def difference(one, other):
@@ -105,7 +106,7 @@ NEEDS_A_PAINTER = pytest.mark.skipif(not shutil.which('rsvg-convert') or not shu
 
 
 @NEEDS_A_PAINTER
-@pytest.mark.parametrize('kind', ['icp4', 'icp5', 'ic12', 'ic07', 'ic08', 'ic14'])
+@pytest.mark.parametrize('kind', ['ic11', 'ic12', 'ic07', 'ic08', 'ic14'])
 def test_the_icon_shows_the_present_drawing(kind):
     module = make_icon()
     assert difference(dict(ICON)[kind], module.picture(module.ENTRIES[kind])) < 0.5
@@ -115,11 +116,11 @@ def test_the_icon_shows_the_present_drawing(kind):
 def test_entries_of_one_size_are_one_picture_and_a_changed_drawing_is_seen(tmp_path):
     module = make_icon()
     icon = dict(ICON)
-    assert icon['icp5'] == icon['ic11'] and icon['icp6'] == icon['ic12'] and icon['ic08'] == icon['ic13']
+    assert icon['ic08'] == icon['ic13'] and icon['ic09'] == icon['ic14']
     for name in ('Orvalen.svg', 'Orvalen-small.svg'):
         (tmp_path / name).write_text((MACOS / name).read_text().replace('#FFD60A', '#FFFFFF'))
     assert difference(icon['ic07'], module.picture(128, tmp_path)) > 0.5
-    assert difference(icon['icp4'], module.picture(16, tmp_path)) > 0.5
+    assert difference(icon['ic11'], module.picture(32, tmp_path)) > 0.5
 
 
 # ---- Signing
@@ -305,11 +306,16 @@ open(path, 'wb').write(data[:4] + json.dumps(about).encode())
 '''
 
 # Does what the real one does to such a bundle, half of it.
-MACDEPLOYQT = '''
-cp -R "$BREW/lib/QtCore.framework" "$1/Contents/Frameworks/"
+MACDEPLOYQT = r'''
+program=$1/Contents/MacOS/Orvalen
+for name in $(otool -L "$program" | sed -n 's|^\t@rpath/\([^ /]*[.]framework\)/.*|\1|p'); do
+    otool -l "$program" | sed -n 's/^ *path \(.*\) (offset.*/\1/p' | while read -r folder; do
+        [ -d "$folder/$name" ] && cp -R "$folder/$name" "$1/Contents/Frameworks/" && break
+    done
+done
 cp "$BREW/opt/icu4c/lib/libicuuc.78.dylib" "$1/Contents/Frameworks/"
 install_name_tool -id @executable_path/../Frameworks/libicuuc.78.dylib "$1/Contents/Frameworks/libicuuc.78.dylib"
-install_name_tool -change "$BREW/opt/icu4c/lib/libicuuc.78.dylib" @executable_path/../Frameworks/libicuuc.78.dylib \\
+install_name_tool -change "$BREW/opt/icu4c/lib/libicuuc.78.dylib" @executable_path/../Frameworks/libicuuc.78.dylib \
     "$1/Contents/MacOS/Orvalen"
 '''
 
@@ -337,10 +343,11 @@ class Mac:
             {'CFBundleExecutable': 'Orvalen', 'LSMinimumSystemVersion': '13.0'}))
         icu = self.brew / 'opt/icu4c/lib'
         core = '@rpath/QtCore.framework/Versions/A/QtCore'
-        binary(contents / 'MacOS/Orvalen', [core, '%s/libicuuc.78.dylib' % icu, '/System/Library/Frameworks/AppKit'],
-               ['%s/lib' % self.brew])
+        svg = '@rpath/QtSvg.framework/Versions/A/QtSvg'  # of a package of its own
+        binary(contents / 'MacOS/Orvalen', [core, svg, '%s/libicuuc.78.dylib' % icu, '/System/Library/Frameworks/AppKit'])
         binary(contents / 'Resources/orvalen-stream-server')
-        binary(self.brew / 'lib/QtCore.framework/Versions/A/QtCore', name=core, minos='14.0')
+        binary(self.brew / 'opt/qtbase/lib/QtCore.framework/Versions/A/QtCore', name=core, minos='14.0')
+        binary(self.brew / 'lib/QtSvg.framework/Versions/A/QtSvg', [core], name=svg)
         binary(icu / 'libicuuc.78.dylib', ['@loader_path/libicudata.78.dylib'], name='%s/libicuuc.78.dylib' % icu)
         binary(icu / 'libicudata.78.dylib', name='%s/libicudata.78.dylib' % icu)
         (icu / 'libicudata.78.dylib').chmod(0o444)
@@ -353,7 +360,7 @@ class Mac:
         commands.add('macdeployqt', MACDEPLOYQT)
         commands.write('brew', '#!/bin/sh\necho "$BREW"\n')
         commands.write('qtpaths', '#!/bin/sh\n[ "$1" = --query ] || exit 1\ncase $2 in\n'
-                       'QT_INSTALL_PLUGINS) echo "$BREW/share/qt/plugins" ;;\nQT_INSTALL_LIBS) echo "$BREW/lib" ;;\nesac\n')
+                       'QT_INSTALL_PLUGINS) echo "$BREW/share/qt/plugins" ;;\nQT_INSTALL_LIBS) echo "$BREW/opt/qtbase/lib" ;;\nesac\n')
 
     def deploy(self):
         return self.commands.run(MACOS / 'deploy', self.app)
@@ -381,7 +388,8 @@ def test_a_deployed_bundle_looks_for_nothing_elsewhere(deployed):
     assert (deployed.outcome.returncode, deployed.outcome.stderr) == (0, '')
     contents = deployed.app / 'Contents'
     assert about(contents / 'MacOS/Orvalen') == {
-        'loads': ['@rpath/QtCore.framework/Versions/A/QtCore', '@executable_path/../Frameworks/libicuuc.78.dylib',
+        'loads': ['@rpath/QtCore.framework/Versions/A/QtCore', '@rpath/QtSvg.framework/Versions/A/QtSvg',
+                  '@executable_path/../Frameworks/libicuuc.78.dylib',
                   '/System/Library/Frameworks/AppKit', '@executable_path/../Frameworks/libqrencode.4.dylib'],
         'rpaths': ['@executable_path/../Frameworks'], 'id': None, 'minos': '13.0'}
     assert about(contents / 'PlugIns/platforms/libqcocoa.dylib')['rpaths'] == []
@@ -402,7 +410,8 @@ def test_the_two_plugins_that_are_needed_come_along_and_are_looked_for_in_the_bu
     assert (deployed.app / 'Contents/Resources/qt.conf').read_text() == '[Paths]\nPlugins = PlugIns\n'
     assert deployed.commands.called() == [
         ['macdeployqt', str(deployed.app), '-no-plugins',
-         '-executable=%s/Contents/Resources/orvalen-stream-server' % deployed.app]]
+         '-executable=%s/Contents/Resources/orvalen-stream-server' % deployed.app,
+         '-libpath=%s/opt/qtbase/lib' % deployed.brew, '-libpath=%s/lib' % deployed.brew]]
 
 
 def test_libraries_for_a_newer_system_raise_what_the_bundle_asks_for(deployed):
@@ -422,6 +431,6 @@ def test_what_cannot_be_found_is_named_and_a_failure(mac):
 
 
 def test_libraries_for_the_oldest_system_leave_the_properties_as_they_are(mac):
-    binary(mac.brew / 'lib/QtCore.framework/Versions/A/QtCore', minos='12.0')
+    binary(mac.brew / 'opt/qtbase/lib/QtCore.framework/Versions/A/QtCore', minos='12.0')
     before = (mac.app / 'Contents/Info.plist').read_bytes()
     assert (mac.deploy().stdout, (mac.app / 'Contents/Info.plist').read_bytes()) == ('', before)

@@ -24,7 +24,7 @@ esac
 # A Python that makes environments, and in one of them runs tests; what counts those is the real one.
 PYTHON = '''
 if [ "$1 $2" = "-m venv" ]; then
-    mkdir -p "$3/bin" && cp "$0" "$3/bin/python"
+    mkdir -p "$4/bin" && cp "$0" "$4/bin/python"
 elif [ "$1" = -c ]; then
     exit "$MODULES_STATUS"
 elif [ "$1 $2" = "-m pytest" ]; then
@@ -91,7 +91,8 @@ def test_run_builds_the_program_and_opens_its_bundle(mac):
     run = mac.start('run')
     assert (run.returncode, run.stderr) == (0, '')
     assert mac.calls('brew') == [
-        ['cmake', '--preset', 'release', '-DORVALEN_BENCH=OFF', '-DORVALEN_TESTS=OFF'],
+        ['cmake', '--preset', 'release', '-DORVALEN_BENCH=OFF', '-DORVALEN_TESTS=OFF',
+         '-DCMAKE_COMPILE_WARNING_AS_ERROR=OFF'],
         ['ninja', '-C', 'ROOT/build/release', 'orvalen', 'orvalen-stream-server'],
         ['open', 'ROOT/build/release/bin/Orvalen.app'],
     ]
@@ -150,13 +151,14 @@ def test_test_checks_builds_and_counts(mac):
     assert run.stdout.splitlines()[-1] == '6 passed, 0 failed'
     assert installed(mac) == [['--formula', *TEST_PACKAGES]]
     assert mac.calls('brew', 'sysctl') == [
-        ['python3', '-m', 'venv', 'ROOT/build/python'],
+        ['python3', '-m', 'venv', '--clear', 'ROOT/build/python'],
         ['python', '-c', 'import numpy, pytest, yaml'],
         ['python', '-m', 'pytest', '--rootdir', 'tests/checks', '-c', 'tests/checks/pytest.ini', '--junitxml',
          'ROOT/build/results/checks.xml', 'tests/checks'],
-        ['cmake', '--preset', 'release', '-DORVALEN_BENCH=OFF', '-DORVALEN_TESTS=OFF'],
+        ['cmake', '--preset', 'release', '-DORVALEN_BENCH=OFF', '-DORVALEN_TESTS=OFF',
+         '-DCMAKE_COMPILE_WARNING_AS_ERROR=ON'],
         ['ninja', '-k', '0', '-C', 'build/release'],
-        ['cmake', '--preset', 'debug', '--fresh', '-B', 'build/rules', '-DORVALEN_RULES_ONLY=ON', '-DORVALEN_TESTS=ON'],
+        ['cmake', '--preset', 'release', '--fresh', '-B', 'build/rules', '-DORVALEN_RULES_ONLY=ON', '-DORVALEN_TESTS=ON'],
         ['ninja', '-k', '0', '-C', 'build/rules'],
         ['ctest', '--test-dir', 'build/rules', '--output-on-failure', '--no-tests=error', '-j8', '--output-junit',
          'ROOT/build/results/units.xml'],

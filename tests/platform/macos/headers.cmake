@@ -16,7 +16,13 @@ set(ORVALEN_MACOS_INCLUDE_FOLDERS
     "${ORVALEN_MACOS_HEADERS}/libraries")
 
 set(stamp "${ORVALEN_MACOS_HEADERS}/made")
-if(EXISTS "${stamp}" AND NOT "${CMAKE_CURRENT_LIST_FILE}" IS_NEWER_THAN "${stamp}")
+set(isUpToDate ON)
+foreach(source IN ITEMS "${CMAKE_CURRENT_LIST_FILE}" "${libcxx}/__config_site" "${musl}/bits/alltypes.h" "${musl}/poll.h")
+    if("${source}" IS_NEWER_THAN "${stamp}") # also where there is none
+        set(isUpToDate OFF)
+    endif()
+endforeach()
+if(isUpToDate)
     return()
 endif()
 file(REMOVE_RECURSE "${ORVALEN_MACOS_HEADERS}")
