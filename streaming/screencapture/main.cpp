@@ -111,6 +111,7 @@ int run(const std::vector<std::string_view> &arguments)
 int main(int argc, char **argv)
 {
     ::umask(077);
+    std::signal(SIGPIPE, SIG_IGN); // a display server that goes amid our words is an answer, too
     // A program of a few milliseconds gives no memory back, and its threads share what there is.
     ::mallopt(M_ARENA_MAX, 1);
     ::mallopt(M_TRIM_THRESHOLD, 64 << 20);
